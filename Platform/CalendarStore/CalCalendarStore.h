@@ -1,0 +1,78 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "CalCalendar.h"
+#include "CalEvent.h"
+#include "CalNotification.h"
+#include "CalPredicate.h"
+#include "CalTask.h"
+#include "StoreError.h"
+
+#include <QObject>
+
+#include <memory>
+#include <vector>
+
+class CalendarStoreBackend;
+
+// The calendar store of the desktop, as one: what all back ends hold, merged.
+//
+// Every call is answered at once, from what is known: a query never waits for a
+// disk or a service. Answers are fresh records, so what is done to them reaches
+// nobody else before it is saved. What is not known yet (a large folder is still
+// being read, a service starts) is announced by a notification when it is.
+//
+// Calendars come in a stable order: the user's default calendar first, then
+// those whose items can be changed, then the others, each group in its back
+// end's own order.
+//
+// An item's uid is its UID property; for an occurrence of a series its UID and
+// its recurrence instant; for an item whose UID an earlier calendar also has, the
+// UID and the calendar. Main thread only.
+class CalCalendarStore : public QObject
+{
+    Q_OBJECT
+
+public:
+    // Takes the back ends, the best first: its calendars come first within each group.
+    explicit CalCalendarStore(
+        std::vector<std::unique_ptr<CalendarStoreBackend>> backends, QObject *parent = nullptr);
+    ~CalCalendarStore() override;
+
+    CalCalendarList calendars() const;
+    // Null when the store has no such calendar.
+    CalCalendarPtr calendarWithUID(const QString &uid) const;
+
+    // Whether all that the back ends hold has been read.
+    bool isComplete() const;
+
+    // Both bounds belong to the range. An event that ends exactly at the start is not in it; one
+    // without length is when it lies at the start or the end or between.
+    static CalPredicate eventPredicateWithStartDate_endDate_calendars(
+        const QDateTime &start, const QDateTime &end, const CalCalendarList &calendars);
+    static CalPredicate taskPredicateWithCalendars(const CalCalendarList &calendars);
+    // Completed at that instant or later.
+    static CalPredicate taskPredicateWithTasksCompletedSince_calendars(
+        const QDateTime &since, const CalCalendarList &calendars);
+    static CalPredicate taskPredicateWithUncompletedTasks(const CalCalendarList &calendars);
+
+    // One record for each occurrence, sorted by start (all-day first), then title, then uid.
+    CalEventList eventsWithPredicate(const CalPredicate &predicate) const;
+    // One record for each to-do, in the order of the calendars, then by uid.
+    CalTaskList tasksWithPredicate(const CalPredicate &predicate) const;
+
+    // Writes what was changed since the record was read. Returns false, fills `error` and leaves
+    // the stored item as it was when that is not possible; the record keeps its values either way.
+    // After a success the record counts as read anew. `error` may be null.
+    bool saveTask_error(const CalTaskPtr &task, StoreError *error);
+
+Q_SIGNALS:
+    // Never sent from within a call of this class: always from the event loop, bursts merged.
+    void notificationPosted(const CalNotification &notification);
+    // isComplete() has become true.
+    void loaded();
+
+private:
+    class Private;
+    std::unique_ptr<Private> d;
+};

@@ -1,0 +1,63 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "CalCalendar.h"
+#include "CalEvent.h"
+#include "CalTask.h"
+#include "StoreError.h"
+
+#include <Result.h>
+
+#include <QObject>
+#include <QSet>
+
+// What changed in a back end, and by whose hand.
+struct CalBackendChange {
+    enum class Author { Ourselves, Others };
+
+    Author author = Author::Others;
+    bool calendars = false; // the list of calendars or what describes them
+    bool events = false;
+    bool tasks = false;
+    QSet<QString> calendarUids;
+};
+Q_DECLARE_METATYPE(CalBackendChange)
+
+// One source of calendars behind CalCalendarStore.
+//
+// Answers every question at once from memory. Records that it hands out carry
+// their origin and are marked as read; their uid is left empty, for the store
+// gives it (only the store knows all calendars). Calendars are named by the uid
+// that the back end itself gave them. Main thread only.
+class CalendarStoreBackend : public QObject
+{
+    Q_OBJECT
+
+public:
+    using QObject::QObject;
+
+    enum class TaskState { Any, Uncompleted, CompletedSince };
+
+    // In the back end's own order. The default calendar, if it has one, is the first.
+    virtual CalCalendarList calendars() const = 0;
+    // Whether the first calendar is one that the user declared as the default.
+    virtual bool hasDeclaredDefault() const = 0;
+    virtual bool isComplete() const = 0;
+
+    // Whether a calendar holds an item with this UID property, of either kind.
+    virtual bool holdsUid(const QString &calendarUid, const QString &plainUid) const = 0;
+
+    // Occurrences in a range, in any order; bounds as in CalCalendarStore. Unknown calendars hold nothing.
+    virtual CalEventList events(
+        const QDateTime &start, const QDateTime &end, const CalCalendarList &calendars) const = 0;
+    // `since` counts only for CompletedSince.
+    virtual CalTaskList tasks(TaskState state, const QDateTime &since, const CalCalendarList &calendars) const = 0;
+
+    // As in CalCalendarStore; on success the record's origin has the new version.
+    virtual Result<void, StoreError> saveTask(CalTask &task) = 0;
+
+Q_SIGNALS:
+    // Sent from the event loop, never from within a call; bursts merged.
+    void changed(const CalBackendChange &change);
+    void loaded();
+};

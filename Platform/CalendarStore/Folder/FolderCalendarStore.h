@@ -1,0 +1,49 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "CalendarStoreBackend.h"
+
+#include <QString>
+
+#include <chrono>
+#include <memory>
+#include <optional>
+
+class Clock;
+
+// Calendars in a folder: the "vdir" layout that khal, todoman and vdirsyncer share.
+//
+// Each folder below the root is a calendar of one-item .ics files; `color`,
+// `displayname` and `order` describe it. A single .ics file in the root is a
+// calendar that cannot be changed. Linked folders are followed. The folder is
+// watched, and what other programs change is taken in as it happens.
+class FolderCalendarStore final : public CalendarStoreBackend
+{
+    Q_OBJECT
+
+public:
+    struct Options {
+        QString root; // $XDG_DATA_HOME/calendars, normally
+        // Whether to make "Home" and "Work" in a root that is missing or holds nothing.
+        bool createsDefaultCalendars = false;
+        // How long the opening call may read; the rest is read by a worker and announced. Nothing: read all at once.
+        std::optional<std::chrono::milliseconds> readingBudget;
+        bool watchesForChanges = true;
+    };
+
+    FolderCalendarStore(Options options, Clock &clock, QObject *parent = nullptr);
+    ~FolderCalendarStore() override;
+
+    CalCalendarList calendars() const override;
+    bool hasDeclaredDefault() const override;
+    bool isComplete() const override;
+    bool holdsUid(const QString &calendarUid, const QString &plainUid) const override;
+    CalEventList events(
+        const QDateTime &start, const QDateTime &end, const CalCalendarList &calendars) const override;
+    CalTaskList tasks(TaskState state, const QDateTime &since, const CalCalendarList &calendars) const override;
+    Result<void, StoreError> saveTask(CalTask &task) override;
+
+private:
+    class Private;
+    std::unique_ptr<Private> d;
+};

@@ -1,0 +1,96 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "CivilTime.h"
+
+#include <QByteArray>
+#include <QList>
+#include <QString>
+
+#include <optional>
+
+namespace ICalendar
+{
+
+// What Vantle knows of one VALARM. Everything else stays in the file.
+struct Alarm {
+    QString action; // upper case; empty when missing
+    std::optional<QString> sound; // ATTACH of an audio alarm
+    std::optional<QString> emailAddress; // first ATTENDEE, without its scheme
+    std::optional<QString> url; // ATTACH of a procedure alarm
+    qint64 relativeTrigger = 0; // seconds
+    bool relatedToEnd = false;
+    std::optional<UtcSeconds> absoluteTrigger;
+};
+
+struct Attendee {
+    std::optional<QString> commonName;
+    QString address; // URI as written
+    std::optional<QString> status; // PARTSTAT, upper case
+};
+
+// An RDATE: an occurrence that the rule does not make. Without an end it lasts as long as the others.
+struct AddedDate {
+    CivilTime start;
+    std::optional<CivilTime> end; // for VALUE=PERIOD
+};
+
+// What Vantle knows of one VEVENT or VTODO: compact values, nothing of the
+// parsed text. Damaged values are mended as well as can be, or absent.
+struct Item {
+    enum class Kind { Event, Task };
+
+    Kind kind = Kind::Event;
+    int component = 0; // its place among all components of the file, for the patcher
+    QString uid; // empty when missing
+    std::optional<CivilTime> recurrenceId;
+
+    std::optional<QString> summary;
+    std::optional<QString> description;
+    std::optional<QString> url;
+    std::optional<QString> location;
+    bool isCancelled = false;
+    int sequence = 0;
+
+    // Events. The start is missing when it is missing or not understood in the file.
+    std::optional<CivilTime> start;
+    // Half-open, never before the start. An all-day event lasts one day at least. A DTEND
+    // counts by instant, a DURATION in days by the calendar (RFC 5545, section 3.3.6).
+    std::optional<CivilTime> end;
+    // Nominal length in days (of a date, or the day part of DURATION) and exact length in
+    // seconds: what an occurrence of a series adds to its start.
+    qint64 durationDays = 0;
+    qint64 durationSeconds = 0;
+    QList<QByteArray> rules; // RRULE values as written
+    QList<CivilTime> excluded; // EXDATE
+    QList<AddedDate> added; // RDATE
+    QList<Attendee> attendees;
+
+    // To-dos.
+    std::optional<CivilTime> due; // DUE, or DTSTART with DURATION
+    std::optional<UtcSeconds> completed;
+    bool isCompleted = false; // COMPLETED is there, or STATUS:COMPLETED
+    int priority = 0;
+
+    QList<Alarm> alarms;
+
+    bool repeats() const { return !rules.isEmpty() || !added.isEmpty(); }
+};
+
+// Something in a file that could not be taken as it stands.
+struct Problem {
+    int line = 0; // 1-based, 0 when it concerns the whole file
+    QString text; // for the log
+};
+
+// Everything of interest in one file.
+struct Document {
+    QList<Item> items;
+    QString calendarName; // X-WR-CALNAME, empty when missing
+    QString calendarColor; // X-APPLE-CALENDAR-COLOR or COLOR (RFC 7986), empty when missing
+    QList<Problem> problems; // bounded in number
+    // The text ends before its components do: perhaps somebody is still writing it.
+    bool isCut = false;
+};
+
+} // namespace ICalendar

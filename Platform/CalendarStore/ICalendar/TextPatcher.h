@@ -1,0 +1,47 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "ContentLines.h"
+
+#include <QByteArray>
+
+#include <optional>
+
+namespace ICalendar
+{
+
+// Changes properties in the text of a calendar file and leaves every other byte
+// as it is: other properties, their parameters, folding, order and line ends.
+class TextPatcher
+{
+public:
+    explicit TextPatcher(QByteArray text);
+
+    // Gives a property of a component (its place in ContentLines::components) this value. The first line of
+    // that name takes it in place and loses its parameters; further lines of the name are removed; where there is
+    // none, a line is added at the end of the component's own properties. `value` is the value as the file
+    // holds it (text already escaped); `parameters` starts with a semicolon or is empty.
+    void setProperty(int component, const QByteArray &name, const QByteArray &value, const QByteArray &parameters = {});
+    void removeProperty(int component, const QByteArray &name);
+    // The value of the first line of that name, unfolded, as the file holds it; nothing when there is none.
+    std::optional<QByteArray> property(int component, const QByteArray &name) const;
+
+    QByteArray patchedText() const;
+
+private:
+    struct Edit {
+        qsizetype begin;
+        qsizetype end;
+        QByteArray replacement;
+    };
+
+    ContentLines m_lines;
+    std::vector<Edit> m_edits;
+};
+
+// RFC 5545, section 3.3.11.
+QByteArray escapedText(const QString &text);
+// RFC 5545, section 3.1: lines of at most 75 octets, never cut inside a UTF-8 character.
+QByteArray folded(const QByteArray &line, const QByteArray &lineEnd);
+
+} // namespace ICalendar

@@ -1,0 +1,24 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QString>
+
+// Why the store refused a save or a removal.
+struct StoreError {
+    enum class Code {
+        NotFound, // the item is no longer there
+        ReadOnly, // the calendar or its folder cannot be written
+        Invalid, // the item cannot be stored like this
+        Conflict, // somebody else changed the item since it was read
+        Unreadable, // the stored item is not understood well enough to change it
+        Io, // the system refused: disk full, input/output error, and the like
+    };
+
+    Code code = Code::Io;
+    QString item; // the item's title, as it is stored
+    QString calendar; // the calendar's title
+    QString reason; // what the system or the store says, one sentence in the user's language
+
+    // What to show: what did not happen, to which item of which calendar, and why. Plain text.
+    QString message() const;
+};

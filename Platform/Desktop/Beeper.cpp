@@ -1,0 +1,9 @@
+// SPDX-License-Identifier: MIT
+#include "Beeper.h"
+
+#include <QApplication>
+
+void SystemBeeper::beep()
+{
+    QApplication::beep();
+}

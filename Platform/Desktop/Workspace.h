@@ -1,0 +1,18 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QUrl>
+
+// Opens things with the programs that the person chose for them.
+class Workspace
+{
+public:
+    Workspace() = default;
+    virtual ~Workspace() = default;
+    Workspace(const Workspace &) = delete;
+    Workspace &operator=(const Workspace &) = delete;
+
+    // With the default program of the URL's scheme. http, https and mailto open at once; of every other
+    // scheme the person is asked first and shown the real target. Nothing local is ever executed.
+    virtual void openURL(const QUrl &url) = 0;
+};

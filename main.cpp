@@ -1,0 +1,8 @@
+// SPDX-License-Identifier: MIT
+#include <QApplication>
+
+int main(int argc, char **argv)
+{
+    const QApplication application(argc, argv);
+    return QApplication::exec();
+}
