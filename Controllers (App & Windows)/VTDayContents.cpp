@@ -1,2 +1,120 @@
 // SPDX-License-Identifier: MIT
 #include "VTDayContents.h"
+
+#include <CalCalendarStore.h>
+#include <CalTask.h>
+
+#include <algorithm>
+
+namespace
+{
+
+constexpr int daysPerWeek = 7;
+constexpr qint32 secondsPerDay = 86400;
+constexpr qint64 secondsToWeekEnd = 604799;
+
+QDateTime firstSecondOfDay(const QDateTime &date)
+{
+    return date.toLocalTime().date().startOfDay();
+}
+
+QDateTime lastSecondOfDay(const QDateTime &date)
+{
+    return QDateTime(date.toLocalTime().date(), QTime(23, 59, 59));
+}
+
+int weekday(const QDateTime &date)
+{
+    return date.toLocalTime().date().dayOfWeek() % daysPerWeek + 1;
+}
+
+using Order = std::weak_ordering;
+
+// False before true, so what lacks the value comes after all that has it.
+Order compareFlags(bool left, bool right)
+{
+    return static_cast<int>(left) <=> static_cast<int>(right);
+}
+
+Order compareDueDates(const CalTask &left, const CalTask &right)
+{
+    const Order absence = compareFlags(!left.dueDate(), !right.dueDate());
+    if (absence != 0 || !left.dueDate())
+        return absence;
+    return left.dueDate()->toMSecsSinceEpoch() <=> right.dueDate()->toMSecsSinceEpoch();
+}
+
+Order comparePriorities(const CalTask &left, const CalTask &right)
+{
+    const Order absence = compareFlags(left.priority() == 0, right.priority() == 0);
+    return absence != 0 ? absence : left.priority() <=> right.priority();
+}
+
+Order compareTitles(const CalTask &left, const CalTask &right, const QCollator &collator)
+{
+    const Order presence = compareFlags(left.title().has_value(), right.title().has_value());
+    if (presence != 0 || !left.title())
+        return presence;
+    return collator.compare(*left.title(), *right.title()) <=> 0;
+}
+
+} // namespace
+
+VTWeekBounds VTWeekBoundsOfDay(const QDateTime &date, int weekStartDay)
+{
+    int daysIntoWeek = weekday(date) - weekStartDay;
+    if (daysIntoWeek < 0)
+        daysIntoWeek += daysPerWeek;
+
+    const qint64 start = firstSecondOfDay(date).toSecsSinceEpoch() - daysIntoWeek * secondsPerDay;
+    return { QDateTime::fromSecsSinceEpoch(start), QDateTime::fromSecsSinceEpoch(start + secondsToWeekEnd) };
+}
+
+CalCalendarList VTSelectedCalendars(
+    const CalCalendarStore &store, const std::optional<QStringList> &unselectedCalendarsUID)
+{
+    CalCalendarList selected = store.calendars();
+    if (unselectedCalendarsUID)
+        selected.removeIf(
+            [&](const CalCalendarPtr &calendar) { return unselectedCalendarsUID->contains(calendar->uid()); });
+    return selected;
+}
+
+CalEventList VTEventsOfDay(const CalCalendarStore &store, const VTDayQuestion &question)
+{
+    return store.eventsWithPredicate(
+        CalCalendarStore::eventPredicateWithStartDate_endDate_calendars(firstSecondOfDay(question.date),
+            lastSecondOfDay(question.date), VTSelectedCalendars(store, question.unselectedCalendarsUID)));
+}
+
+CalTaskList VTTasksOfDay(const CalCalendarStore &store, const VTDayQuestion &question)
+{
+    const CalCalendarList calendars = VTSelectedCalendars(store, question.unselectedCalendarsUID);
+    const VTWeekBounds week = VTWeekBoundsOfDay(question.date, question.weekStartDay);
+
+    CalTaskList tasks;
+    if (question.showAllCompletedTasks) {
+        tasks = store.tasksWithPredicate(CalCalendarStore::taskPredicateWithCalendars(calendars));
+    } else {
+        tasks = store.tasksWithPredicate(
+            CalCalendarStore::taskPredicateWithTasksCompletedSince_calendars(week.start, calendars));
+        tasks += store.tasksWithPredicate(CalCalendarStore::taskPredicateWithUncompletedTasks(calendars));
+    }
+    if (question.hideTasksDueAfterThisWeek)
+        tasks.removeIf([&](const CalTaskPtr &task) { return task->dueDate() && *task->dueDate() >= week.end; });
+    return tasks;
+}
+
+CalTaskList VTSortedTasks(CalTaskList tasks, int sortMethod, QCollator collator)
+{
+    collator.setCaseSensitivity(Qt::CaseInsensitive);
+    std::ranges::stable_sort(tasks, [&](const CalTaskPtr &left, const CalTaskPtr &right) {
+        Order order = Order::equivalent;
+        if (sortMethod == VTSortByDueDate)
+            order = compareDueDates(*left, *right);
+        else if (sortMethod == VTSortByPriority)
+            order = comparePriorities(*left, *right);
+        return (order != 0 ? order : compareTitles(*left, *right, collator)) < 0;
+    });
+    return tasks;
+}
