@@ -63,3 +63,9 @@ bool CalCalendarItem::isEqual(const KeyValueObject &other) const
     const auto *item = dynamic_cast<const CalCalendarItem *>(&other);
     return item && (item == this || (!uid().isEmpty() && item->uid() == uid()));
 }
+
+void CalCalendarItem::takeOwnAlarms()
+{
+    for (CalAlarmPtr &alarm : m_alarms)
+        alarm = std::make_shared<CalAlarm>(*alarm);
+}

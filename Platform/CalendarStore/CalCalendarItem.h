@@ -73,6 +73,9 @@ protected:
     CalCalendarItem(const CalCalendarItem &) = default;
     CalCalendarItem &operator=(const CalCalendarItem &) = default;
 
+    // Puts equal but independent alarms in the place of shared ones, silently.
+    void takeOwnAlarms();
+
     // Sets a value between its two announcements.
     template <typename Value> void assign(const QString &key, Value &field, const Value &value)
     {

@@ -35,8 +35,7 @@ class CalCalendarStore : public QObject
 
 public:
     // Takes the back ends, the best first: its calendars come first within each group.
-    explicit CalCalendarStore(
-        std::vector<std::unique_ptr<CalendarStoreBackend>> backends, QObject *parent = nullptr);
+    explicit CalCalendarStore(std::vector<std::unique_ptr<CalendarStoreBackend>> backends, QObject *parent = nullptr);
     ~CalCalendarStore() override;
 
     CalCalendarList calendars() const;

@@ -33,7 +33,9 @@ void CalEvent::setRecurrenceRule(const std::optional<CalRecurrenceRule> &rule)
 void CalEvent::markAsRead()
 {
     m_asRead.reset(); // the copy holds values, not a chain of earlier copies
-    m_asRead = std::make_shared<const CalEvent>(*this);
+    const auto copy = std::make_shared<CalEvent>(*this);
+    copy->takeOwnAlarms();
+    m_asRead = copy;
 }
 
 QVariant CalEvent::valueForKey(const QString &key) const

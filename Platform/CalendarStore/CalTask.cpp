@@ -28,7 +28,9 @@ void CalTask::setPriority(int priority)
 void CalTask::markAsRead()
 {
     m_asRead.reset(); // the copy holds values, not a chain of earlier copies
-    m_asRead = std::make_shared<const CalTask>(*this);
+    const auto copy = std::make_shared<CalTask>(*this);
+    copy->takeOwnAlarms();
+    m_asRead = copy;
 }
 
 QVariant CalTask::valueForKey(const QString &key) const
