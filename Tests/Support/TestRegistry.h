@@ -16,6 +16,6 @@ public:
 };
 
 // Stands once in the source of each test class, outside any namespace.
-#define VANTLE_TEST(ClassName) \
-    [[maybe_unused]] static const bool ClassName##IsRegistered \
+#define VANTLE_TEST(ClassName)                                                                                         \
+    [[maybe_unused]] static const bool ClassName##IsRegistered                                                         \
         = TestRegistry::add(#ClassName, [] { return std::make_unique<ClassName>(); });
