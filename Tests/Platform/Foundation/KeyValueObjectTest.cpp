@@ -140,7 +140,7 @@ void KeyValueObjectTest::bindingPushesNowAndOnEveryChange()
 void KeyValueObjectTest::bindingOutlivesItsSource()
 {
     auto lamp = std::make_unique<Lamp>();
-    const KeyValueBinding binding(*lamp, u"brightness"_s, [](const QVariant &) { });
+    const KeyValueBinding binding(*lamp, u"brightness"_s, [](const QVariant &) {});
 
     lamp.reset();
 
