@@ -1,0 +1,121 @@
+// SPDX-License-Identifier: MIT
+#include "KLVAccordionScrollArea.h"
+
+#include "KLVAccordionView.h"
+#include "KLVTheme.h"
+
+#include <QApplication>
+#include <QPaintEvent>
+#include <QPainter>
+#include <QScrollBar>
+#include <QStyle>
+#include <QStyleOptionSlider>
+
+namespace
+{
+
+constexpr int barWidth = 10;
+constexpr double handleWidth = 5.0;
+
+// Painted by ourselves: a rounded handle and no trough.
+class SlimScrollBar final : public QScrollBar
+{
+public:
+    explicit SlimScrollBar(QWidget *parent)
+        : QScrollBar(Qt::Vertical, parent)
+    {
+        setAttribute(Qt::WA_Hover);
+    }
+
+protected:
+    void paintEvent(QPaintEvent * /*event*/) override
+    {
+        QStyleOptionSlider option;
+        initStyleOption(&option);
+        const QRectF slot = style()->subControlRect(QStyle::CC_ScrollBar, &option, QStyle::SC_ScrollBarSlider, this);
+        const QRectF handle((width() - handleWidth) / 2, slot.y() + 1, handleWidth, slot.height() - 2);
+        QColor color = KLVTheme(palette()).dimText();
+        color.setAlphaF(underMouse() || isSliderDown() ? 0.8F : 0.45F);
+
+        QPainter painter(this);
+        painter.setRenderHint(QPainter::Antialiasing);
+        painter.setPen(Qt::NoPen);
+        painter.setBrush(color);
+        painter.drawRoundedRect(handle, handleWidth / 2, handleWidth / 2);
+    }
+};
+
+class FocusFrame final : public QWidget
+{
+public:
+    explicit FocusFrame(QWidget *parent)
+        : QWidget(parent)
+    {
+        setAttribute(Qt::WA_TransparentForMouseEvents);
+        setFocusPolicy(Qt::NoFocus);
+    }
+
+protected:
+    void paintEvent(QPaintEvent * /*event*/) override
+    {
+        QPainter painter(this);
+        painter.setPen(QPen(KLVTheme(palette()).accent(), 1.0));
+        painter.drawRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5));
+    }
+};
+
+} // namespace
+
+KLVAccordionScrollArea::KLVAccordionScrollArea(KLVAccordionView *accordion, QWidget *parent)
+    : QScrollArea(parent)
+    , m_accordion(accordion)
+    , m_bar(new SlimScrollBar(this))
+    , m_focusFrame(new FocusFrame(this))
+{
+    setFrameShape(QFrame::NoFrame);
+    setFocusPolicy(Qt::NoFocus);
+    setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    viewport()->setBackgroundRole(QPalette::Base);
+    setWidget(accordion);
+    accordion->setAutoFillBackground(false);
+
+    connect(verticalScrollBar(), &QScrollBar::rangeChanged, this, &KLVAccordionScrollArea::updateBar);
+    connect(verticalScrollBar(), &QScrollBar::valueChanged, this, &KLVAccordionScrollArea::updateBar);
+    connect(m_bar, &QScrollBar::valueChanged, verticalScrollBar(), &QScrollBar::setValue);
+    connect(qApp, &QApplication::focusChanged, this, &KLVAccordionScrollArea::updateFocusFrame);
+    updateBar();
+    updateFocusFrame();
+}
+
+void KLVAccordionScrollArea::resizeEvent(QResizeEvent *event)
+{
+    m_accordion->resize(viewport()->width(), m_accordion->height());
+    QScrollArea::resizeEvent(event);
+    placeOverlays();
+    updateBar();
+}
+
+void KLVAccordionScrollArea::placeOverlays()
+{
+    const QRect area = viewport()->geometry();
+    m_bar->setGeometry(area.right() + 1 - barWidth, area.top() + 1, barWidth, std::max(0, area.height() - 2));
+    m_bar->raise();
+    m_focusFrame->setGeometry(area);
+    m_focusFrame->raise();
+}
+
+void KLVAccordionScrollArea::updateBar()
+{
+    const QScrollBar *const model = verticalScrollBar();
+    m_bar->setRange(model->minimum(), model->maximum());
+    m_bar->setPageStep(model->pageStep());
+    m_bar->setSingleStep(model->singleStep());
+    m_bar->setValue(model->value());
+    m_bar->setVisible(model->maximum() > model->minimum());
+}
+
+void KLVAccordionScrollArea::updateFocusFrame()
+{
+    m_focusFrame->setVisible(m_accordion->hasFocus());
+}

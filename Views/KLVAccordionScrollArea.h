@@ -1,0 +1,36 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QScrollArea>
+
+class KLVAccordionView;
+class QScrollBar;
+
+// The scroll area of one accordion.
+//
+// The accordion always has the viewport's width. A slim scroll bar lies over
+// the right margin of the rows, which is kept free for it, so nothing moves when it
+// comes or goes. While the accordion has the keyboard, a hairline in the accent
+// colour runs around the list.
+class KLVAccordionScrollArea final : public QScrollArea
+{
+    Q_OBJECT
+
+public:
+    // The accordion becomes a child of this view.
+    explicit KLVAccordionScrollArea(KLVAccordionView *accordion, QWidget *parent = nullptr);
+
+    KLVAccordionView *accordion() const { return m_accordion; }
+
+protected:
+    void resizeEvent(QResizeEvent *event) override;
+
+private:
+    void placeOverlays();
+    void updateBar();
+    void updateFocusFrame();
+
+    KLVAccordionView *m_accordion;
+    QScrollBar *m_bar;
+    QWidget *m_focusFrame;
+};

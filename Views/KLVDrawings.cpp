@@ -1,0 +1,58 @@
+// SPDX-License-Identifier: MIT
+#include "KLVDrawings.h"
+
+#include "KLVMetrics.h"
+#include "KLVTheme.h"
+
+#include <QFontDatabase>
+#include <QFontMetricsF>
+#include <QPainter>
+
+using namespace Qt::StringLiterals;
+
+QFont KLVDrawings::placeholderFont(const QFont &personsFont)
+{
+    // Where there is no Helvetica the desktop would put any face in its place; the person's own is better.
+    static const bool hasHelvetica = QFontDatabase::families().contains(u"Helvetica"_s);
+    constexpr int size = 12;
+    QFont font = KLVMetrics(personsFont).font(size, QFont::Bold);
+    if (hasHelvetica)
+        font.setFamily(u"Helvetica"_s);
+    return font;
+}
+
+void KLVDrawings::drawPlaceholder(
+    QPainter &painter, const KLVTheme &theme, const QString &text, const QRectF &frame, const QFont &personsFont)
+{
+    constexpr double top = 5.0;
+    const QFont font = placeholderFont(personsFont);
+    const QFontMetricsF metrics(font);
+    const auto width = static_cast<float>(metrics.boundingRect(QRectF(QPointF(), frame.size()), 0, text).width());
+    const double x = (frame.width() - width) / 2;
+
+    painter.save();
+    painter.setFont(font);
+    painter.setPen(theme.dimText());
+    painter.drawText(QPointF(x, top + metrics.ascent()), text);
+    painter.restore();
+}
+
+void KLVDrawings::drawSelectedBackground(QPainter &painter, const QRectF &frame, const QColor &color)
+{
+    constexpr double inset = 2.0;
+    constexpr double radius = 9.0;
+    constexpr double lineWidth = 3.0;
+    const QRectF rect = frame.adjusted(inset, inset, -inset, -inset);
+    QColor fill = color;
+    fill.setAlphaF(static_cast<float>(selectedBackgroundAlpha));
+
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(fill);
+    painter.drawRoundedRect(rect, radius, radius);
+    painter.setPen(QPen(color, lineWidth));
+    painter.setBrush(Qt::NoBrush);
+    painter.drawRoundedRect(rect, radius, radius);
+    painter.restore();
+}

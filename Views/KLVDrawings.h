@@ -1,0 +1,27 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QColor>
+#include <QFont>
+#include <QRectF>
+#include <QString>
+
+class KLVTheme;
+class QPainter;
+
+// What an accordion's delegate draws.
+namespace KLVDrawings
+{
+
+// Opacity of the calendar's colour behind a selected row.
+inline constexpr double selectedBackgroundAlpha = 0.15;
+
+// "Helvetica-Bold" at 12 points in light grey, centred in the frame's width, 5 points from the top.
+void drawPlaceholder(
+    QPainter &painter, const KLVTheme &theme, const QString &text, const QRectF &frame, const QFont &personsFont);
+QFont placeholderFont(const QFont &personsFont);
+
+// A rounded rectangle 2 points inside the frame: the colour at 0.15, and a line of 3 points around it.
+void drawSelectedBackground(QPainter &painter, const QRectF &frame, const QColor &color);
+
+} // namespace KLVDrawings

@@ -1,0 +1,131 @@
+// SPDX-License-Identifier: MIT
+#include "KLVTheme.h"
+
+#include <cmath>
+
+namespace
+{
+
+constexpr double minimumTextContrast = 4.5;
+constexpr double minimumBadgeContrast = 4.0;
+
+double linear(double channel)
+{
+    return channel <= 0.04045 ? channel / 12.92 : std::pow((channel + 0.055) / 1.055, 2.4);
+}
+
+double luminance(const QColor &color)
+{
+    return 0.2126 * linear(color.redF()) + 0.7152 * linear(color.greenF()) + 0.0722 * linear(color.blueF());
+}
+
+struct Roles {
+    QRgb window, base, button, text, dim, accent;
+};
+
+constexpr Roles lightRoles { 0xfff6f7f9, 0xffffffff, 0xffffffff, 0xff1d2025, 0xff6b7280, 0xff2f6fde };
+constexpr Roles darkRoles { 0xff26282c, 0xff1e2023, 0xff33363b, 0xffe8eaed, 0xff9aa0a8, 0xff6ea1ff };
+
+QPalette paletteOf(const Roles &roles, const QColor &accent)
+{
+    const QColor highlight = accent.isValid() ? accent : QColor(roles.accent);
+    QPalette palette(QColor(roles.button), QColor(roles.window));
+    palette.setColor(QPalette::Base, QColor(roles.base));
+    palette.setColor(QPalette::AlternateBase, QColor(roles.window));
+    palette.setColor(QPalette::WindowText, QColor(roles.text));
+    palette.setColor(QPalette::Text, QColor(roles.text));
+    palette.setColor(QPalette::ButtonText, QColor(roles.text));
+    palette.setColor(QPalette::PlaceholderText, QColor(roles.dim));
+    palette.setColor(QPalette::ToolTipBase, QColor(roles.base));
+    palette.setColor(QPalette::ToolTipText, QColor(roles.text));
+    palette.setColor(QPalette::Highlight, highlight);
+    palette.setColor(QPalette::HighlightedText, KLVTheme::textOnBadge(highlight));
+    palette.setColor(QPalette::Link, highlight);
+    for (const auto role : { QPalette::WindowText, QPalette::Text, QPalette::ButtonText })
+        palette.setColor(QPalette::Disabled, role, KLVTheme::blended(QColor(roles.text), 0.4, QColor(roles.window)));
+    return palette;
+}
+
+} // namespace
+
+KLVTheme::KLVTheme(const QPalette &palette)
+    : m_palette(palette)
+    , m_isDark(palette.color(QPalette::Window).lightnessF() < 0.5F)
+{
+}
+
+QPalette KLVTheme::lightPalette(const QColor &accent)
+{
+    return paletteOf(lightRoles, accent);
+}
+
+QPalette KLVTheme::darkPalette(const QColor &accent)
+{
+    return paletteOf(darkRoles, accent);
+}
+
+QColor KLVTheme::dimText() const
+{
+    return readable(QColor(m_isDark ? darkRoles.dim : lightRoles.dim), base());
+}
+
+QColor KLVTheme::hairline() const
+{
+    return m_isDark ? QColor(0x3a, 0x3d, 0x43) : QColor(0xd9, 0xdd, 0xe3);
+}
+
+QColor KLVTheme::controlLine() const
+{
+    return m_isDark ? QColor(0x4a, 0x4e, 0x55) : QColor(0xc9, 0xce, 0xd6);
+}
+
+QColor KLVTheme::overdue() const
+{
+    return m_isDark ? QColor(0xff, 0x8a, 0x80) : QColor(0xb3, 0x26, 0x1e);
+}
+
+QColor KLVTheme::surface(const QColor &lightColor) const
+{
+    if (!m_isDark || lightColor.lightnessF() < 0.5F)
+        return lightColor;
+
+    // A light surface is white with a little colour in it; its counterpart is the dark base with
+    // about as much of the same hue. The constants turn #edf3fe into #232a37.
+    const float hue = lightColor.hslHueF();
+    const double distance = 1.0 - lightColor.lightnessF();
+    const double lightness = base().lightnessF() + 1.2 * distance;
+    const double saturation = std::min(0.222, 0.25 * static_cast<double>(lightColor.hslSaturationF()));
+    return QColor::fromHslF(hue < 0 ? 0.0F : hue, static_cast<float>(hue < 0 ? 0.0 : saturation),
+        static_cast<float>(std::min(lightness, 0.3)));
+}
+
+QColor KLVTheme::readable(const QColor &color, const QColor &background) const
+{
+    const QColor goal = luminance(background) < 0.18 ? QColor(Qt::white) : QColor(Qt::black);
+    constexpr double step = 0.05;
+    for (double share = 0; share < 1.0; share += step) {
+        const QColor candidate = blended(goal, share, color);
+        if (contrast(candidate, background) >= minimumTextContrast)
+            return candidate;
+    }
+    return goal;
+}
+
+QColor KLVTheme::textOnBadge(const QColor &badge)
+{
+    return contrast(Qt::white, badge) >= minimumBadgeContrast ? QColor(Qt::white) : QColor(Qt::black);
+}
+
+double KLVTheme::contrast(const QColor &one, const QColor &other)
+{
+    const double a = luminance(one);
+    const double b = luminance(other);
+    return (std::max(a, b) + 0.05) / (std::min(a, b) + 0.05);
+}
+
+QColor KLVTheme::blended(const QColor &color, double alpha, const QColor &background)
+{
+    const auto mix = [&](float over, float under) { return static_cast<float>(over * alpha + under * (1.0 - alpha)); };
+    return QColor::fromRgbF(mix(color.redF(), background.redF()), mix(color.greenF(), background.greenF()),
+        mix(color.blueF(), background.blueF()));
+}
