@@ -39,13 +39,19 @@ public:
     const std::vector<ContentLine> &lines() const { return m_lines; }
     const std::vector<Component> &components() const { return m_components; }
     bool isCut() const { return m_isCut; }
-    // "\r\n" or "\n", whichever the text uses first.
+    // "\r\n", "\n" or "\r", whichever the text uses first.
     const QByteArray &lineEnd() const { return m_lineEnd; }
 
     // The line without folding and line end.
     QByteArray unfolded(const ContentLine &line) const;
 
 private:
+    class Nesting;
+
+    void divide();
+    void findLineEnd();
+    void nest();
+
     QByteArray m_text;
     std::vector<ContentLine> m_lines;
     std::vector<Component> m_components;

@@ -61,6 +61,8 @@ struct Item {
     // seconds: what an occurrence of a series adds to its start.
     qint64 durationDays = 0;
     qint64 durationSeconds = 0;
+    // Whether the length was given as such (DURATION), and not by an end.
+    bool hasDuration = false;
     QList<QByteArray> rules; // RRULE values as written
     QList<CivilTime> excluded; // EXDATE
     QList<AddedDate> added; // RDATE
@@ -91,6 +93,9 @@ struct Document {
     QList<Problem> problems; // bounded in number
     // The text ends before its components do: perhaps somebody is still writing it.
     bool isCut = false;
+    // The text was in another encoding than UTF-8 (UTF-16) and had to be converted as a whole: the places
+    // of components mean nothing in the text as it stands, so nothing can be changed in it.
+    bool isConverted = false;
 };
 
 } // namespace ICalendar

@@ -20,8 +20,8 @@ struct Occurrence {
 
 struct Expansion {
     QList<Occurrence> occurrences; // by start
-    // The rules ask for more steps than any calendar needs; only what was found within the bounds is there,
-    // and always the first occurrence if it lies in the range.
+    // A rule asks for more steps than any calendar needs, or makes more occurrences than anybody could look at:
+    // none of its occurrences is there but the first of the series, if it lies in the range.
     bool repeatsTooOften = false;
 };
 
@@ -35,8 +35,9 @@ struct Expansion {
 Expansion expandSeries(
     const Item &master, const QList<const Item *> &overrides, UtcSeconds from, UtcSeconds to, const Zone &local);
 
-// The instant at which the last occurrence ends, overrides included, or nothing for a series without end
-// or one whose end would take too many steps to find. For skipping series that lie wholly before a range.
+// An instant by which the last occurrence has ended, overrides included (for a rule with UNTIL perhaps somewhat
+// later than it does), or nothing for a series without end or one whose end would take too many steps to find. For
+// skipping series that lie wholly before a range.
 std::optional<UtcSeconds> lastEnd(const Item &master, const QList<const Item *> &overrides, const Zone &local);
 
 } // namespace ICalendar

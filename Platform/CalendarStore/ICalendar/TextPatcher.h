@@ -6,6 +6,7 @@
 #include <QByteArray>
 
 #include <optional>
+#include <vector>
 
 namespace ICalendar
 {
@@ -17,6 +18,8 @@ class TextPatcher
 public:
     explicit TextPatcher(QByteArray text);
 
+    // Whether the text has a component at that place; without it nothing is changed.
+    bool hasComponent(int component) const;
     // Gives a property of a component (its place in ContentLines::components) this value. The first line of
     // that name takes it in place and loses its parameters; further lines of the name are removed; where there is
     // none, a line is added at the end of the component's own properties. `value` is the value as the file
@@ -33,7 +36,14 @@ private:
         qsizetype begin;
         qsizetype end;
         QByteArray replacement;
+        int component;
+        QByteArray name; // upper case
     };
+
+    std::vector<std::size_t> linesOf(int component, const QByteArray &name) const;
+    std::size_t lineBeforeNewOnes(int component) const;
+    QByteArray lineEndOf(const ContentLine &line) const;
+    void dropEdits(int component, const QByteArray &name);
 
     ContentLines m_lines;
     std::vector<Edit> m_edits;
