@@ -1,0 +1,46 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QColor>
+#include <QObject>
+
+#include <optional>
+
+class QDBusVariant;
+class QPalette;
+
+enum class ColorScheme { Light, Dark };
+
+// The desktop's wish for dark or light and its accent colour, from the portal's
+// settings (org.freedesktop.appearance), and every change of them.
+//
+// Asks without waiting. Until the portal has answered, and on a desktop
+// without one, what the platform's palette shows counts.
+class DesktopAppearance final : public QObject
+{
+    Q_OBJECT
+
+public:
+    explicit DesktopAppearance(const QPalette &platformPalette, QObject *parent = nullptr);
+
+    ColorScheme colorScheme() const;
+    // Absent when the desktop names none.
+    std::optional<QColor> accent() const { return m_accent; }
+
+    // Connects to the portal and asks for both values; the answers come as changes.
+    void followPortal();
+
+Q_SIGNALS:
+    void changed();
+
+private Q_SLOTS:
+    void settingChanged(const QString &nameSpace, const QString &key, const QDBusVariant &value);
+
+private:
+    void ask(const QString &key);
+    void take(const QString &key, const QVariant &value);
+
+    ColorScheme m_platformScheme;
+    std::optional<ColorScheme> m_wish; // absent: the desktop has no preference
+    std::optional<QColor> m_accent;
+};

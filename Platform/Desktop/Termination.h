@@ -1,0 +1,38 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QObject>
+
+// Tells that the program is about to end, whichever way it ends: the quit
+// command, the last window closed, SIGTERM, SIGINT or SIGHUP, the end of the
+// session. Whoever keeps something until the end writes it then.
+//
+// A session may change its mind and go on; the notice can therefore come more
+// than once in a run.
+class Termination : public QObject
+{
+    Q_OBJECT
+
+public:
+    using QObject::QObject;
+
+Q_SIGNALS:
+    void willTerminate();
+};
+
+// Watches the running application. One at a time, made after the application
+// object; from then on the three signals end the event loop instead of the
+// process. A hang-up that the caller ignores (nohup) stays ignored.
+class SystemTermination final : public Termination
+{
+    Q_OBJECT
+
+public:
+    explicit SystemTermination(QObject *parent = nullptr);
+    ~SystemTermination() override;
+
+private:
+    void readSignal();
+
+    int m_readEnd = -1;
+};
