@@ -1,0 +1,60 @@
+// SPDX-License-Identifier: MIT
+#include "KLVDateBar.h"
+
+#include "KLVBarButton.h"
+#include "KLVDateNavigator.h"
+#include "KLVMetrics.h"
+#include "KLVTheme.h"
+#include "KLVTitleLabel.h"
+
+#include <QApplication>
+#include <QGridLayout>
+#include <QPainter>
+
+using namespace Qt::StringLiterals;
+
+namespace
+{
+
+// All in points.
+constexpr qreal sideMargin = 12;
+constexpr qreal endMargin = 10;
+constexpr qreal gap = 10;
+constexpr int hairline = 1; // pixels
+
+} // namespace
+
+KLVDateBar::KLVDateBar(QWidget *parent)
+    : QWidget(parent)
+    , m_dateLabel(new KLVTitleLabel(this))
+    , m_menuButton(new KLVBarButton(this))
+    , m_dateNavigator(new KLVDateNavigator(this))
+{
+    setAccessibleName(QCoreApplication::translate("Vantle", "Date bar"));
+    m_dateLabel->setObjectName(u"dateLabel"_s);
+    m_menuButton->setObjectName(u"menuButton"_s);
+    m_menuButton->setSign(KLVSign::Menu);
+    m_menuButton->setFocusPolicy(Qt::TabFocus);
+    m_menuButton->setAccessibleName(QCoreApplication::translate("Vantle", "Menu"));
+    m_menuButton->setToolTip(QCoreApplication::translate("Vantle", "Menu"));
+    m_menuButton->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
+    m_dateNavigator->setObjectName(u"dateNavigator"_s);
+
+    auto *layout = new QGridLayout(this);
+    const KLVMetrics metrics(QApplication::font());
+    const int side = qRound(metrics.length(sideMargin));
+    const int end = qRound(metrics.length(endMargin));
+    layout->setContentsMargins(side, end, side, end + hairline);
+    layout->setSpacing(qRound(metrics.length(gap)));
+    layout->addWidget(m_dateLabel, 0, 0);
+    layout->addWidget(m_menuButton, 0, 1);
+    layout->addWidget(m_dateNavigator, 1, 0, 1, 2);
+
+    setTabOrder(m_dateNavigator, m_menuButton);
+}
+
+void KLVDateBar::paintEvent(QPaintEvent * /*event*/)
+{
+    QPainter painter(this);
+    painter.fillRect(0, height() - hairline, width(), hairline, KLVTheme(palette()).hairline());
+}

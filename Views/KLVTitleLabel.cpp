@@ -1,0 +1,60 @@
+// SPDX-License-Identifier: MIT
+#include "KLVTitleLabel.h"
+
+#include "KLVMetrics.h"
+
+#include <QApplication>
+#include <QHelpEvent>
+#include <QPainter>
+#include <QStyle>
+#include <QToolTip>
+
+namespace
+{
+
+constexpr int fontSize = 17; // points
+constexpr int fontWeight = 650;
+
+} // namespace
+
+KLVTitleLabel::KLVTitleLabel(QWidget *parent)
+    : QLabel(parent)
+{
+    setTextFormat(Qt::PlainText);
+    setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Preferred);
+    takeFont();
+}
+
+void KLVTitleLabel::takeFont()
+{
+    setFont(KLVMetrics(QApplication::font()).font(fontSize, fontWeight));
+}
+
+QSize KLVTitleLabel::minimumSizeHint() const
+{
+    return { 0, QLabel::minimumSizeHint().height() };
+}
+
+QString KLVTitleLabel::shownText() const
+{
+    return fontMetrics().elidedText(text(), Qt::ElideRight, width());
+}
+
+void KLVTitleLabel::paintEvent(QPaintEvent * /*event*/)
+{
+    QPainter painter(this);
+    painter.setPen(palette().color(QPalette::WindowText));
+    painter.drawText(rect(), QStyle::visualAlignment(layoutDirection(), Qt::AlignLeft | Qt::AlignVCenter), shownText());
+}
+
+bool KLVTitleLabel::event(QEvent *event)
+{
+    if (event->type() == QEvent::ApplicationFontChange)
+        takeFont();
+    if (event->type() == QEvent::ToolTip) {
+        if (shownText() != text())
+            QToolTip::showText(static_cast<const QHelpEvent *>(event)->globalPos(), text().toHtmlEscaped(), this);
+        return true;
+    }
+    return QLabel::event(event);
+}
