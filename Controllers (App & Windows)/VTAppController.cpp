@@ -1,2 +1,77 @@
 // SPDX-License-Identifier: MIT
 #include "VTAppController.h"
+
+#include "VTMainWindow.h"
+
+#include <DesktopAppearance.h>
+#include <KLVTheme.h>
+#include <PropertyList.h>
+#include <Termination.h>
+#include <UserDefaults.h>
+
+#include <QApplication>
+#include <QStyle>
+#include <QTimer>
+
+using namespace Qt::StringLiterals;
+
+void VTAppController::initialize(UserDefaults &defaults, const QString &resource)
+{
+    const Result<QVariantMap> factoryValues = readPropertyListDictionary(resource);
+    if (factoryValues)
+        defaults.registerDefaults(factoryValues.value());
+}
+
+UserDefaults &VTAppController::initialized(UserDefaults &defaults)
+{
+    initialize(defaults);
+    return defaults;
+}
+
+VTAppController::VTAppController(const Services &services, QObject *parent)
+    : QObject(parent)
+    , m_defaults(initialized(services.window.defaults))
+    , m_services(services)
+    , m_mainWindowController(services.window)
+{
+}
+
+VTAppController::~VTAppController() = default;
+
+void VTAppController::awakeFromNib()
+{
+    dressApplication();
+    m_window = std::make_unique<VTMainWindow>();
+    m_window->restoreWindowState(m_services.windowState.read());
+    m_mainWindowController.setWindow(m_window.get());
+    m_mainWindowController.awakeFromNib();
+    // After the main window's own, so that what it writes is on the disk as well.
+    connect(
+        &m_services.window.termination, &Termination::willTerminate, this, &VTAppController::applicationWillTerminate);
+    m_window->show();
+    // The window does not wait for the bus.
+    QTimer::singleShot(0, &m_services.appearance, &DesktopAppearance::followPortal);
+}
+
+void VTAppController::dressApplication()
+{
+    // A style that the desktop brings has its own colours.
+    if (QApplication::style()->name() != u"fusion"_s)
+        return;
+
+    const auto dress = [this] {
+        const DesktopAppearance &appearance = m_services.appearance;
+        const QColor accent = appearance.accent().value_or(QColor());
+        QApplication::setPalette(appearance.colorScheme() == ColorScheme::Dark ? KLVTheme::darkPalette(accent)
+                                                                               : KLVTheme::lightPalette(accent));
+    };
+    connect(&m_services.appearance, &DesktopAppearance::changed, this, dress);
+    dress();
+}
+
+void VTAppController::applicationWillTerminate()
+{
+    // Neither failure may keep the program from ending. The settings note theirs in the log themselves.
+    [[maybe_unused]] const auto settings = m_defaults.synchronize();
+    [[maybe_unused]] const auto state = m_services.windowState.write(m_window->windowState());
+}

@@ -1,0 +1,229 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "VTDateFormatter.h"
+#include "VTDayContents.h"
+
+#include <CalEvent.h>
+#include <CalTask.h>
+#include <Clock.h>
+#include <KLVAccordionViewDelegate.h>
+#include <KeyValueBinding.h>
+#include <KeyValueObject.h>
+
+#include <QObject>
+#include <QPointer>
+#include <QStringList>
+
+#include <memory>
+#include <optional>
+
+class Beeper;
+class CalCalendarStore;
+class CalendarApplication;
+class KLVAccordionView;
+class KLVDateNavigator;
+class QLabel;
+class Termination;
+class UserDefaults;
+class VTMainWindow;
+class Workspace;
+
+// What the main window works with. All of it outlives the controller.
+struct VTMainWindowServices {
+    CalCalendarStore &store;
+    UserDefaults &defaults;
+    Clock &clock;
+    Beeper &beeper;
+    Workspace &workspace;
+    Termination &termination;
+    CalendarApplication *calendarApplication = nullptr; // null where the desktop has none
+};
+
+// The controller of the one main window: the shown day and its two lists, the
+// selection that both share, and the controls around them.
+//
+// The lists are replaced whole at every refetch; the selection is kept as an
+// identifier alone and looked up whenever it is asked for, so that it survives
+// them. Works with the state alone when it is given no window.
+class VTMainWindowController final : public QObject,
+                                     public KeyValueObject,
+                                     public KeyValueObserver,
+                                     public KLVAccordionViewDelegate
+{
+    Q_OBJECT
+    Q_PROPERTY(QDateTime dateProperty READ dateProperty WRITE setDateProperty)
+    Q_PROPERTY(QDateTime date READ date WRITE setDate)
+    Q_PROPERTY(CalEventList events READ events WRITE setEvents)
+    Q_PROPERTY(CalTaskList tasks READ tasks WRITE setTasks)
+    Q_PROPERTY(std::optional<QString> selectedCalItemUID READ selectedCalItemUID WRITE setSelectedCalItemUID)
+    Q_PROPERTY(
+        std::optional<QStringList> unselectedCalendarsUID READ unselectedCalendarsUID WRITE setUnselectedCalendarsUID)
+    Q_PROPERTY(bool showAllCompletedTasks READ showAllCompletedTasks WRITE setShowAllCompletedTasks)
+    Q_PROPERTY(bool hideTasksDueAfterThisWeek READ hideTasksDueAfterThisWeek WRITE setHideTasksDueAfterThisWeek)
+    Q_PROPERTY(qint32 weekStartDay READ weekStartDay WRITE setWeekStartDay)
+    Q_PROPERTY(qint32 taskSortMethod READ taskSortMethod WRITE setTaskSortMethod)
+    Q_PROPERTY(bool showCalendarDrawer READ showCalendarDrawer WRITE setShowCalendarDrawer)
+    Q_PROPERTY(QString firstEventUID READ firstEventUID)
+    Q_PROPERTY(std::optional<QString> lastEventUID READ lastEventUID)
+    Q_PROPERTY(QString firstTaskUID READ firstTaskUID)
+    Q_PROPERTY(std::optional<QString> lastTaskUID READ lastTaskUID)
+    Q_PROPERTY(std::optional<CalCalendarItemList> selectedCalItems READ selectedCalItems)
+    Q_PROPERTY(CalCalendarItemPtr selectedCalItem READ selectedCalItem)
+    Q_PROPERTY(QString showHideDateBarMenuTitle READ showHideDateBarMenuTitle)
+    Q_PROPERTY(QString showHideCalendarDrawerMenuTitle READ showHideCalendarDrawerMenuTitle)
+
+public:
+    explicit VTMainWindowController(const VTMainWindowServices &services, QObject *parent = nullptr);
+    ~VTMainWindowController() override;
+
+    // Before awakeFromNib(), which connects its controls. Not owned.
+    void setWindow(VTMainWindow *window);
+    VTMainWindow *window() const;
+
+    // Start-up, once: reads the settings, shows today and selects the first item.
+    void awakeFromNib();
+
+    // --- The day ---
+
+    const QDateTime &dateProperty() const { return m_dateProperty; }
+    void setDateProperty(const QDateTime &date);
+    const QDateTime &date() const { return dateProperty(); }
+    // Shows another day, and follows the clock while that day is today.
+    void setDate(const QDateTime &date);
+
+    const CalEventList &events() const { return m_events; }
+    void setEvents(const CalEventList &events);
+    const CalTaskList &tasks() const { return m_tasks; }
+    void setTasks(const CalTaskList &tasks);
+
+    const std::optional<QStringList> &unselectedCalendarsUID() const { return m_unselectedCalendarsUID; }
+    void setUnselectedCalendarsUID(const std::optional<QStringList> &uids);
+    bool showAllCompletedTasks() const { return m_showAllCompletedTasks; }
+    void setShowAllCompletedTasks(bool showAll);
+    bool hideTasksDueAfterThisWeek() const { return m_hideTasksDueAfterThisWeek; }
+    void setHideTasksDueAfterThisWeek(bool hide);
+    qint32 weekStartDay() const { return m_weekStartDay; }
+    void setWeekStartDay(qint32 weekday);
+    qint32 taskSortMethod() const { return m_taskSortMethod; }
+    void setTaskSortMethod(qint32 method);
+    bool showCalendarDrawer() const { return m_showCalendarDrawer; }
+    void setShowCalendarDrawer(bool show);
+
+    // The first ones may be asked for only when their list is not empty.
+    QString firstEventUID() const;
+    std::optional<QString> lastEventUID() const;
+    QString firstTaskUID() const;
+    std::optional<QString> lastTaskUID() const;
+
+    void updateCalItems();
+    void sortTasks();
+    // Everything anew, with the same selection.
+    void calStoreDidChange();
+    void saveDefaults();
+
+    // Whether the ten-second timer runs: exactly while today is shown.
+    bool hasDateRefresher() const { return m_dateRefresher != nullptr; }
+
+    void observeValueForKeyPath_ofObject_change_context(
+        const QString &keyPath, KeyValueObject *object, const KeyValueChange &change, void *context) override;
+
+    // --- The selection and the commands ---
+
+    const std::optional<QString> &selectedCalItemUID() const { return m_selectedCalItemUID; }
+    void setSelectedCalItemUID(const std::optional<QString> &uid);
+    // The events, or else the to-dos, with the selected identifier; absent when there are none.
+    std::optional<CalCalendarItemList> selectedCalItems() const;
+    // The last of them, or null.
+    CalCalendarItemPtr selectedCalItem() const;
+
+    Q_INVOKABLE void moveSelectionUp(QObject *sender = nullptr);
+    Q_INVOKABLE void moveSelectionDown(QObject *sender = nullptr);
+    Q_INVOKABLE void moveUp(QObject *sender = nullptr);
+    Q_INVOKABLE void moveDown(QObject *sender = nullptr);
+    // Ticks or un-ticks every selected to-do.
+    Q_INVOKABLE void insertNewline(QObject *sender = nullptr);
+
+    bool respondsToAccordionView_itemForRepresentedObject() const override { return true; }
+    KLVAccordionViewItemPtr accordionView_itemForRepresentedObject(
+        KLVAccordionView *view, const KeyValueObjectPtr &object) override;
+    bool respondsToAccordionView_mouseDown_forRepresentedObject() const override { return true; }
+    bool accordionView_mouseDown_forRepresentedObject(
+        KLVAccordionView *view, const KLVMouseEvent &event, const KeyValueObjectPtr &object) override;
+
+    // --- The controls ---
+
+    KLVDateNavigator *dateNavigator() const;
+    QLabel *dateLabel() const;
+    KLVAccordionView *eventsAccordion() const;
+    KLVAccordionView *tasksAccordion() const;
+    // The formatter that the date label has.
+    const VTDateFormatter &dateLabelFormatter() const;
+    const VTDateFormatter &headerFromatterWithoutYear() const { return m_headerFromatterWithoutYear; }
+    const VTDateFormatter &headerFromatterWithYear() const { return m_headerFromatterWithYear; }
+
+    Q_INVOKABLE void setDateToNow(QObject *sender = nullptr);
+    // By the sender's property "tag": so many days on, or to this instant for 0.
+    Q_INVOKABLE void setDateRelativeToSenderTag(QObject *sender);
+    Q_INVOKABLE void setDateFromDateNavigator(QObject *sender = nullptr);
+    Q_INVOKABLE void toogleDateBar(QObject *sender = nullptr);
+    QString showHideDateBarMenuTitle() const;
+    QString showHideCalendarDrawerMenuTitle() const;
+    void updateControls();
+
+    bool respondsToAccordionView_drawPlaceHolderBackgroundInFrame() const override { return true; }
+    void accordionView_drawPlaceHolderBackgroundInFrame(KLVAccordionView *view, const QRectF &frame) override;
+    bool respondsToAccordionView_drawSelectedBackgroundForItem_frame() const override { return true; }
+    void accordionView_drawSelectedBackgroundForItem_frame(
+        KLVAccordionView *view, const KeyValueObjectPtr &object, const QRectF &frame) override;
+
+    QVariant valueForKey(const QString &key) const override;
+
+protected:
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
+private:
+    // Sets a value between its two announcements.
+    template <typename Value> void assign(const QString &key, Value &field, const Value &value);
+
+    void readSettings();
+    void observeSettings();
+    VTDayQuestion dayQuestion() const;
+    void updateDateRefresher();
+    void storeWasLoaded();
+    void selectFirstItem();
+    void armFirstSelection();
+    void disarmFirstSelection();
+
+    void validateSelection();
+    void moveFirstResponder(KLVAccordionView *from, KLVAccordionView *to);
+    void makeFirstResponder(KLVAccordionView *view);
+    void showInICal(const CalCalendarItemPtr &item);
+
+    void setUpLists();
+    void connectControls();
+
+    VTMainWindowServices m_services;
+    QPointer<VTMainWindow> m_window;
+    std::unique_ptr<KeyValueBinding> m_dateBarTitleBinding;
+
+    QDateTime m_dateProperty;
+    CalEventList m_events;
+    CalTaskList m_tasks;
+    std::optional<QString> m_selectedCalItemUID;
+    std::optional<QStringList> m_unselectedCalendarsUID;
+    bool m_showAllCompletedTasks = false;
+    bool m_hideTasksDueAfterThisWeek = false;
+    qint32 m_weekStartDay = VTMonday;
+    qint32 m_taskSortMethod = VTSortByDueDate;
+    bool m_showCalendarDrawer = false;
+    std::unique_ptr<RepeatingTimer> m_dateRefresher; // exists only while the shown day is today
+
+    // Calendars may still be arriving when the window opens. Until they are all there, or the person
+    // does something, each arrival selects the first item anew.
+    bool m_firstSelectionIsArmed = false;
+
+    VTDateFormatter m_headerFromatterWithoutYear;
+    VTDateFormatter m_headerFromatterWithYear;
+    VTDateFormatter m_navigatorFormatter;
+};
