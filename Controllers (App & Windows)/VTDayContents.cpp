@@ -1,8 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "VTDayContents.h"
 
+#include <CalCalendarStore+VTHelper.h>
 #include <CalCalendarStore.h>
-#include <CalTask.h>
+#include <CalTask+VTHelpers.h>
+#include <QDateTime+VTHelper.h>
 
 #include <algorithm>
 
@@ -12,16 +14,6 @@ namespace
 constexpr int daysPerWeek = 7;
 constexpr qint32 secondsPerDay = 86400;
 constexpr qint64 secondsToWeekEnd = 604799;
-
-QDateTime firstSecondOfDay(const QDateTime &date)
-{
-    return date.toLocalTime().date().startOfDay();
-}
-
-QDateTime lastSecondOfDay(const QDateTime &date)
-{
-    return QDateTime(date.toLocalTime().date(), QTime(23, 59, 59));
-}
 
 int weekday(const QDateTime &date)
 {
@@ -38,7 +30,7 @@ Order compareFlags(bool left, bool right)
 
 Order compareDueDates(const CalTask &left, const CalTask &right)
 {
-    const Order absence = compareFlags(!left.dueDate(), !right.dueDate());
+    const Order absence = compareFlags(VTDueDateIsNotSet(left), VTDueDateIsNotSet(right));
     if (absence != 0 || !left.dueDate())
         return absence;
     return left.dueDate()->toMSecsSinceEpoch() <=> right.dueDate()->toMSecsSinceEpoch();
@@ -46,7 +38,7 @@ Order compareDueDates(const CalTask &left, const CalTask &right)
 
 Order comparePriorities(const CalTask &left, const CalTask &right)
 {
-    const Order absence = compareFlags(left.priority() == 0, right.priority() == 0);
+    const Order absence = compareFlags(VTPriorityIsNone(left), VTPriorityIsNone(right));
     return absence != 0 ? absence : left.priority() <=> right.priority();
 }
 
@@ -73,11 +65,10 @@ VTWeekBounds VTWeekBoundsOfDay(const QDateTime &date, int weekStartDay)
 CalCalendarList VTSelectedCalendars(
     const CalCalendarStore &store, const std::optional<QStringList> &unselectedCalendarsUID)
 {
-    CalCalendarList selected = store.calendars();
+    QStringList selected = calendarsUID(store);
     if (unselectedCalendarsUID)
-        selected.removeIf(
-            [&](const CalCalendarPtr &calendar) { return unselectedCalendarsUID->contains(calendar->uid()); });
-    return selected;
+        selected.removeIf([&](const QString &uid) { return unselectedCalendarsUID->contains(uid); });
+    return calendarsForUIDs(store, selected);
 }
 
 CalEventList VTEventsOfDay(const CalCalendarStore &store, const VTDayQuestion &question)
