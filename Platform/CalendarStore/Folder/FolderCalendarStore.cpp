@@ -1,2 +1,169 @@
 // SPDX-License-Identifier: MIT
 #include "FolderCalendarStore.h"
+
+#include "Collection.h"
+#include "FolderSynchronizer.h"
+#include "ItemTimes.h"
+#include "RecordMaker.h"
+#include "TaskSaver.h"
+
+#include <ZoneRegistry.h>
+
+#include <QTimeZone>
+
+using namespace Qt::StringLiterals;
+using FolderStore::Collection;
+using FolderStore::GroupRef;
+using FolderStore::ItemTimes;
+using FolderStore::RecordMaker;
+using ICalendar::Item;
+
+namespace
+{
+
+// The range of a question, in the zone in which the process stands at that moment.
+struct Question {
+    ICalendar::UtcSeconds from;
+    ICalendar::UtcSeconds to;
+    ICalendar::ZonePtr local;
+    QByteArray zoneName;
+
+    bool includes(const ItemTimes &times) const
+    {
+        return FolderStore::overlaps(times.start.toUtc(*local), times.end.toUtc(*local), from, to);
+    }
+};
+
+bool isInState(const Item &task, CalendarStoreBackend::TaskState state, ICalendar::UtcSeconds since)
+{
+    switch (state) {
+    case CalendarStoreBackend::TaskState::Uncompleted:
+        return !task.isCompleted;
+    case CalendarStoreBackend::TaskState::CompletedSince:
+        return task.isCompleted && task.completed && *task.completed >= since;
+    case CalendarStoreBackend::TaskState::Any:
+        break;
+    }
+    return true;
+}
+
+} // namespace
+
+class FolderCalendarStore::Private final
+{
+public:
+    Private(Options options, const Clock &clock)
+        : synchronizer(std::move(options))
+        , saver(synchronizer, clock)
+    {
+    }
+
+    void addOccurrences(CalEventList &events, const Collection &collection, const RecordMaker &maker,
+        const GroupRef &ref, const Question &question);
+
+    FolderStore::FolderSynchronizer synchronizer;
+    FolderStore::TaskSaver saver;
+};
+
+void FolderCalendarStore::Private::addOccurrences(CalEventList &events, const Collection &collection,
+    const RecordMaker &maker, const GroupRef &ref, const Question &question)
+{
+    const FolderStore::FileSnapshot &file = *ref.file;
+    const ICalendar::Expansion &expansion
+        = collection.expansions().expansion(ref, question.from, question.to, *question.local, question.zoneName);
+    if (expansion.repeatsTooOften)
+        synchronizer.log().note(
+            collection.pathOf(file.fileName()), 0, u"repeats too often: %1"_s.arg(file.uidOf(ref.get())));
+    for (const ICalendar::Occurrence &occurrence : expansion.occurrences) {
+        const ItemTimes times { occurrence.start, occurrence.end };
+        if (!question.includes(times))
+            continue;
+        const int override = occurrence.overriddenBy;
+        const Item &values = file.item(override >= 0 ? ref.get().overrides.at(override) : ref.get().master);
+        events << maker.event(ref, values, times, FolderStore::recurrenceIdText(occurrence.recurrenceId));
+    }
+}
+
+FolderCalendarStore::FolderCalendarStore(Options options, Clock &clock, QObject *parent)
+    : CalendarStoreBackend(parent)
+    , d(std::make_unique<Private>(std::move(options), clock))
+{
+    connect(&d->synchronizer, &FolderStore::FolderSynchronizer::changed, this, &FolderCalendarStore::changed);
+    connect(&d->synchronizer, &FolderStore::FolderSynchronizer::loaded, this, &FolderCalendarStore::loaded);
+    d->synchronizer.open();
+}
+
+FolderCalendarStore::~FolderCalendarStore() = default;
+
+CalCalendarList FolderCalendarStore::calendars() const
+{
+    CalCalendarList calendars;
+    for (const auto &collection : d->synchronizer.collections())
+        calendars << collection->record();
+    return calendars;
+}
+
+bool FolderCalendarStore::hasDeclaredDefault() const
+{
+    return false;
+}
+
+bool FolderCalendarStore::isComplete() const
+{
+    return d->synchronizer.isComplete();
+}
+
+bool FolderCalendarStore::holdsUid(const QString &calendarUid, const QString &plainUid) const
+{
+    const Collection *collection = d->synchronizer.collection(calendarUid);
+    return collection && collection->holdsUid(plainUid);
+}
+
+CalEventList FolderCalendarStore::events(
+    const QDateTime &start, const QDateTime &end, const CalCalendarList &calendars) const
+{
+    const Question question { start.toSecsSinceEpoch(), end.toSecsSinceEpoch(), ICalendar::ZoneRegistry::localZone(),
+        QTimeZone::systemTimeZoneId() };
+    CalEventList events;
+    for (const CalCalendarPtr &calendar : calendars) {
+        const Collection *collection = d->synchronizer.collection(calendar->uid());
+        if (!collection)
+            continue;
+        const RecordMaker maker(*collection, collection->record(), *question.local);
+        for (const GroupRef &ref : collection->eventCandidates(question.from, question.to)) {
+            if (ref.get().needsExpansion) {
+                d->addOccurrences(events, *collection, maker, ref, question);
+                continue;
+            }
+            const Item &item = ref.file->representative(ref.get());
+            const auto times = FolderStore::timesOfItem(item);
+            if (times && question.includes(*times))
+                events << maker.event(ref, item, *times,
+                    item.recurrenceId ? FolderStore::recurrenceIdText(*item.recurrenceId) : QString());
+        }
+    }
+    return events;
+}
+
+CalTaskList FolderCalendarStore::tasks(TaskState state, const QDateTime &since, const CalCalendarList &calendars) const
+{
+    const ICalendar::ZonePtr local = ICalendar::ZoneRegistry::localZone();
+    const ICalendar::UtcSeconds sinceSeconds = since.isValid() ? since.toSecsSinceEpoch() : 0;
+    CalTaskList tasks;
+    for (const CalCalendarPtr &calendar : calendars) {
+        const Collection *collection = d->synchronizer.collection(calendar->uid());
+        if (!collection)
+            continue;
+        const RecordMaker maker(*collection, collection->record(), *local);
+        for (const GroupRef &ref : collection->tasks()) {
+            if (isInState(ref.file->representative(ref.get()), state, sinceSeconds))
+                tasks << maker.task(ref);
+        }
+    }
+    return tasks;
+}
+
+Result<void, StoreError> FolderCalendarStore::saveTask(CalTask &task)
+{
+    return d->saver.save(task);
+}

@@ -38,8 +38,7 @@ public:
     bool hasDeclaredDefault() const override;
     bool isComplete() const override;
     bool holdsUid(const QString &calendarUid, const QString &plainUid) const override;
-    CalEventList events(
-        const QDateTime &start, const QDateTime &end, const CalCalendarList &calendars) const override;
+    CalEventList events(const QDateTime &start, const QDateTime &end, const CalCalendarList &calendars) const override;
     CalTaskList tasks(TaskState state, const QDateTime &since, const CalCalendarList &calendars) const override;
     Result<void, StoreError> saveTask(CalTask &task) override;
 

@@ -1,0 +1,40 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "FileSnapshot.h"
+
+#include <QHash>
+
+#include <vector>
+
+namespace FolderStore
+{
+
+// One group of a file; the file's owner keeps the snapshot alive.
+struct GroupRef {
+    const FileSnapshot *file = nullptr;
+    int group = 0;
+
+    const ItemGroup &get() const { return file->groups()[static_cast<size_t>(group)]; }
+    auto operator<=>(const GroupRef &) const = default;
+};
+size_t qHash(const GroupRef &ref, size_t seed = 0);
+
+// The events of a calendar by time, so that a day's question looks at that day's
+// events alone. Events that happen once stand under each day that they may
+// touch; series and very long events, few as they are, are looked through.
+class EventIndex final
+{
+public:
+    void add(const FileSnapshot &file);
+    void remove(const FileSnapshot &file);
+
+    // Whatever may take place in the range, each once. The caller decides by the exact times.
+    std::vector<GroupRef> candidates(ICalendar::UtcSeconds from, ICalendar::UtcSeconds to) const;
+
+private:
+    QHash<qint64, std::vector<GroupRef>> m_days; // by days since 1970, in UTC
+    std::vector<GroupRef> m_others; // series, and events of many days
+};
+
+} // namespace FolderStore
