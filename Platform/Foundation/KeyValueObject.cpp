@@ -24,11 +24,10 @@ KeyValueObject::KeyValueObject() = default;
 
 KeyValueObject::~KeyValueObject() = default;
 
-KeyValueObject::KeyValueObject(const KeyValueObject &)
-{
-}
+KeyValueObject::KeyValueObject(const KeyValueObject &) { }
 
-KeyValueObject &KeyValueObject::operator=(const KeyValueObject &) // NOLINT(cert-oop54-cpp): observers stay
+KeyValueObject &KeyValueObject::operator=(
+    const KeyValueObject &) // NOLINT(bugprone-unhandled-self-assignment): observers stay
 {
     return *this;
 }
@@ -68,9 +67,9 @@ void KeyValueObject::removeObserver_forKeyPath(KeyValueObserver *observer, const
 
 bool KeyValueObject::isObserved(const QString &keyPath) const
 {
-    return m_observation
-        && std::ranges::any_of(m_observation->registrations,
-            [&](const auto &registration) { return registration->isLive() && registration->keyPath == keyPath; });
+    return m_observation && std::ranges::any_of(m_observation->registrations, [&](const auto &registration) {
+        return registration->isLive() && registration->keyPath == keyPath;
+    });
 }
 
 void KeyValueObject::willChangeValueForKey(const QString &key)
