@@ -1,0 +1,185 @@
+<?xml version="1.0" encoding="utf-8"?>
+<!DOCTYPE TS>
+<TS version="2.1" language="de_DE" sourcelanguage="en">
+<context>
+    <name>Vantle</name>
+    <message>
+        <source>This is not a whole property list.</source>
+        <translation>Dies ist keine vollständige Property-Liste.</translation>
+    </message>
+    <message>
+        <source>“%1” cannot be read: %2</source>
+        <translation>„%1“ kann nicht gelesen werden: %2</translation>
+    </message>
+    <message>
+        <source>“%1” does not hold a dictionary.</source>
+        <translation>„%1“ enthält kein Wörterbuch.</translation>
+    </message>
+    <message>
+        <source>The settings could not be written to “%1”.</source>
+        <translation>Die Einstellungen konnten nicht in „%1“ geschrieben werden.</translation>
+    </message>
+    <message>
+        <source>No calendar was chosen for it.</source>
+        <translation>Es ist kein Kalender dafür gewählt.</translation>
+    </message>
+    <message>
+        <source>The calendar does not exist any more.</source>
+        <translation>Den Kalender gibt es nicht mehr.</translation>
+    </message>
+    <message>
+        <source>The calendar cannot be changed.</source>
+        <translation>Der Kalender kann nicht geändert werden.</translation>
+    </message>
+    <message>
+        <source>The calendar cannot hold to-dos.</source>
+        <translation>Der Kalender kann keine Aufgaben enthalten.</translation>
+    </message>
+    <message>
+        <source>It cannot be moved into a calendar of another kind of storage.</source>
+        <translation>In einen Kalender mit anderer Ablage kann es nicht verschoben werden.</translation>
+    </message>
+    <message>
+        <source>“%1” was not saved.</source>
+        <translation>„%1“ wurde nicht gesichert.</translation>
+    </message>
+    <message>
+        <source>“%1” in the calendar “%2” was not saved.</source>
+        <translation>„%1“ im Kalender „%2“ wurde nicht gesichert.</translation>
+    </message>
+    <message>
+        <source>Home</source>
+        <translation>Privat</translation>
+    </message>
+    <message>
+        <source>Work</source>
+        <translation>Arbeit</translation>
+    </message>
+    <message>
+        <source>Another program has changed it meanwhile. That version was kept.</source>
+        <translation>Ein anderes Programm hat es inzwischen geändert. Diese Fassung bleibt erhalten.</translation>
+    </message>
+    <message>
+        <source>Another program has removed or renamed it meanwhile.</source>
+        <translation>Ein anderes Programm hat es inzwischen entfernt oder umbenannt.</translation>
+    </message>
+    <message>
+        <source>A to-do cannot be moved to another calendar.</source>
+        <translation>Eine Aufgabe kann nicht in einen anderen Kalender verschoben werden.</translation>
+    </message>
+    <message>
+        <source>The due date of a to-do cannot be changed.</source>
+        <translation>Die Fälligkeit einer Aufgabe kann nicht geändert werden.</translation>
+    </message>
+    <message>
+        <source>The alarms of a to-do cannot be changed.</source>
+        <translation>Die Erinnerungen einer Aufgabe können nicht geändert werden.</translation>
+    </message>
+    <message>
+        <source>New to-dos cannot be stored here.</source>
+        <translation>Neue Aufgaben können hier nicht abgelegt werden.</translation>
+    </message>
+    <message>
+        <source>The calendar is not there any more.</source>
+        <translation>Der Kalender ist nicht mehr da.</translation>
+    </message>
+    <message>
+        <source>It is kept in a linked file, which is not written to.</source>
+        <translation>Es liegt in einer verknüpften Datei, in die nicht geschrieben wird.</translation>
+    </message>
+    <message>
+        <source>Its file is damaged and was left as it is.</source>
+        <translation>Die Datei ist beschädigt und wurde so gelassen, wie sie ist.</translation>
+    </message>
+    <message>
+        <source>Open this link with another program?</source>
+        <translation>Diesen Link mit einem anderen Programm öffnen?</translation>
+    </message>
+    <message>
+        <source>Open</source>
+        <translation>Öffnen</translation>
+    </message>
+    <message>
+        <source>The folder “%1” cannot be made.</source>
+        <translation>Der Ordner „%1“ kann nicht angelegt werden.</translation>
+    </message>
+    <message>
+        <source>Date bar</source>
+        <translation>Datumsleiste</translation>
+    </message>
+    <message>
+        <source>Menu</source>
+        <translation>Menü</translation>
+    </message>
+    <message>
+        <source>Previous Week</source>
+        <translation>Vorige Woche</translation>
+    </message>
+    <message>
+        <source>Previous Day</source>
+        <translation>Voriger Tag</translation>
+    </message>
+    <message>
+        <source>Today</source>
+        <translation>Heute</translation>
+    </message>
+    <message>
+        <source>Next Day</source>
+        <translation>Nächster Tag</translation>
+    </message>
+    <message>
+        <source>Next Week</source>
+        <translation>Nächste Woche</translation>
+    </message>
+    <message>
+        <source>Shown day</source>
+        <translation>Gezeigter Tag</translation>
+    </message>
+    <message>
+        <source>dddd, d MMMM</source>
+        <extracomment>The pattern of a long date without its year; the letters stay, their order and the rest are yours.</extracomment>
+        <translation>dddd, d. MMMM</translation>
+    </message>
+    <message>
+        <source>dddd, d MMMM yyyy</source>
+        <extracomment>The pattern of a long date with its year; the letters stay, their order and the rest are yours.</extracomment>
+        <translation>dddd, d. MMMM yyyy</translation>
+    </message>
+    <message>
+        <source>Events</source>
+        <translation>Termine</translation>
+    </message>
+    <message>
+        <source>To dos</source>
+        <translation>Aufgaben</translation>
+    </message>
+    <message>
+        <source>Quit</source>
+        <translation>Beenden</translation>
+    </message>
+    <message>
+        <source>Hide Date Bar</source>
+        <translation>Datumsleiste ausblenden</translation>
+    </message>
+    <message>
+        <source>Show Date Bar</source>
+        <translation>Datumsleiste einblenden</translation>
+    </message>
+    <message>
+        <source>Hide Calendars Drawer</source>
+        <translation>Kalenderliste ausblenden</translation>
+    </message>
+    <message>
+        <source>Show Calendars Drawer</source>
+        <translation>Kalenderliste einblenden</translation>
+    </message>
+    <message>
+        <source>No events scheduled</source>
+        <translation>Keine Termine</translation>
+    </message>
+    <message>
+        <source>No to dos</source>
+        <translation>Keine Aufgaben</translation>
+    </message>
+</context>
+</TS>
