@@ -36,6 +36,7 @@ constexpr auto translatableNames = std::to_array<const char *>({
     QT_TRANSLATE_NOOP("Vantle", "Volume Down"),
     QT_TRANSLATE_NOOP("Vantle", "Mute"),
     QT_TRANSLATE_NOOP("Vantle", "Pad Enter"),
+    QT_TRANSLATE_NOOP("Vantle", "Pad ,"),
     QT_TRANSLATE_NOOP("Vantle", "Eisu"),
     QT_TRANSLATE_NOOP("Vantle", "Kana"),
     QT_TRANSLATE_NOOP("Vantle", "Menu"),

@@ -107,8 +107,9 @@ void PTKeyCodesTableTest::everyKeyIsNamedOrPrinted()
 {
     PTKeyCodesTable table(shippedTable);
     const QVariantMap names = table.dictionary().value(u"unmappedKeys"_s).toMap();
-    const auto isPrinted = [](int key, const char *layout) {
-        NamedKeyboardLayouts layouts({ .model = "pc105", .layout = layout, .variant = "" });
+    NamedKeyboardLayouts american({ .model = "pc105", .layout = "us", .variant = "" });
+    NamedKeyboardLayouts japanese({ .model = "pc105", .layout = "jp", .variant = "" });
+    const auto isPrinted = [](int key, KeyboardLayouts &layouts) {
         quint32 deadKeyState = 0;
         const QString text = layouts.currentLayout()->translate(key, layouts.keyboardType(), deadKeyState);
         return !text.trimmed().isEmpty();
@@ -116,7 +117,7 @@ void PTKeyCodesTableTest::everyKeyIsNamedOrPrinted()
 
     // Either one or the other: a name in the table would hide what the layout prints.
     for (const int key : allVirtualKeys())
-        QVERIFY2((isPrinted(key, "us") || isPrinted(key, "jp")) != names.contains(QString::number(key)),
+        QVERIFY2((isPrinted(key, american) || isPrinted(key, japanese)) != names.contains(QString::number(key)),
             QByteArray::number(key).constData());
 }
 
