@@ -36,13 +36,11 @@ void KLVControl::drawCurrentMark(const KLVDrawingContext &drawing) const
     if (drawing.currentControl.isEmpty() || drawing.currentControl != name())
         return;
 
-    constexpr double gap = 2.0;
     constexpr double radius = 5.0;
-    const QRectF bounds(QPointF(0, 0), frame().size());
     drawing.painter.save();
     drawing.painter.setRenderHint(QPainter::Antialiasing);
     drawing.painter.setBrush(Qt::NoBrush);
     drawing.painter.setPen(QPen(drawing.theme.readable(drawing.theme.accent(), drawing.background), 2.0));
-    drawing.painter.drawRoundedRect(bounds.adjusted(-gap, -gap, gap, gap), radius, radius);
+    drawing.painter.drawRoundedRect(clickableRect(), radius, radius);
     drawing.painter.restore();
 }

@@ -2,6 +2,7 @@
 #include "KLVMetrics.h"
 
 #include <QFontInfo>
+#include <QFontMetricsF>
 
 #include <algorithm>
 #include <cmath>
@@ -22,6 +23,11 @@ KLVMetrics::KLVMetrics(const QFont &personsFont)
 double KLVMetrics::length(double stated) const
 {
     return std::round(stated * std::max(1.0, m_pixels / statedFontPixels));
+}
+
+double KLVMetrics::height(double stated, const QFont &font) const
+{
+    return std::max(length(stated), std::ceil(QFontMetricsF(font).height()));
 }
 
 QFont KLVMetrics::font(int statedPixels, int weight) const

@@ -12,6 +12,8 @@ public:
 
     // A stated length at the person's font, in whole points.
     double length(double stated) const;
+    // The same for something that holds a line of text in that font.
+    double height(double stated, const QFont &font) const;
     // The person's font at a stated size (13 is the font itself) and weight.
     QFont font(int statedPixels, int weight = QFont::Normal) const;
 

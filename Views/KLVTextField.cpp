@@ -64,5 +64,7 @@ void KLVTextField::drawWrapped(const KLVDrawingContext &drawing) const
 {
     QTextLayout layout;
     KLVText::layOut(layout, *m_stringValue, m_font, KLVText::wrappingWidth(frame().width()));
-    layout.draw(&drawing.painter, QPointF(0, 0));
+    // The first base line on a whole point, as captions and badges have theirs.
+    const double ascent = layout.lineCount() > 0 ? layout.lineAt(0).ascent() : 0;
+    layout.draw(&drawing.painter, QPointF(0, std::round(ascent) - ascent));
 }

@@ -32,6 +32,8 @@ public:
     void setAlignment(Qt::Alignment alignment) { m_alignment = alignment; }
     LineBreak lineBreak() const { return m_lineBreak; }
     void setLineBreak(LineBreak lineBreak) { m_lineBreak = lineBreak; }
+    bool isStruckOut() const { return m_font.strikeOut(); }
+    void setStruckOut(bool isStruckOut) { m_font.setStrikeOut(isStruckOut); }
     // A caption stands on the base line of the value beside it, which has another font.
     void setBaselineFont(const QFont &font) { m_baselineFont = font; }
 

@@ -15,6 +15,11 @@ KLVView::KLVView(const QString &name)
 
 KLVView::~KLVView() = default;
 
+void KLVView::removeSubview(const KLVView &view)
+{
+    std::erase_if(m_subviews, [&](const auto &subview) { return subview.get() == &view; });
+}
+
 void KLVView::display(const KLVDrawingContext &drawing) const
 {
     draw(drawing);

@@ -49,6 +49,7 @@ public:
         m_subviews.push_back(std::move(view));
         return added;
     }
+    void removeSubview(const KLVView &view);
     const std::vector<std::unique_ptr<KLVView>> &subviews() const { return m_subviews; }
 
     // Draws itself, then the subviews that are not hidden; the painter's origin is the view's corner.

@@ -56,7 +56,6 @@ public:
     void emailAttendee();
 
     QString accessibleText() const override;
-    void updateForSelection() override;
 
 protected:
     KLVAccordionViewItemPtr newItem() const override;
@@ -71,6 +70,7 @@ private:
     void fillInAttendees();
     void awakeFromNib();
     void positionAndSizeFields();
+    VTRowFrames loadedFrames() const;
 
     KLVTextField *m_titleField = nullptr;
     KLVImageView *m_calendarDot = nullptr;

@@ -47,7 +47,6 @@ public:
         const QString &keyPath, KeyValueObject *object, const KeyValueChange &change, void *context) override;
 
     QString accessibleText() const override;
-    void updateForSelection() override;
 
 protected:
     KLVAccordionViewItemPtr newItem() const override;
@@ -59,6 +58,8 @@ private:
     void fillIn();
     void awakeFromNib();
     void positionAndSizeFields();
+    VTRowFrames loadedFrames() const;
+    void showCompletion();
     void saveTask();
 
     KLVCheckBox *m_doneCheckBox = nullptr;
