@@ -16,6 +16,14 @@ namespace
 
 using Entry = MergedCalendars::Entry;
 
+// What decides how calendars are merged. Calendars never change, so comparing pointers is enough.
+struct BackendCalendars {
+    CalCalendarList calendars;
+    bool hasDeclaredDefault = false;
+
+    bool operator==(const BackendCalendars &) const = default;
+};
+
 // What a predicate asks of one back end, in the back end's own terms.
 struct BackendQuestion {
     CalendarStoreBackend *backend = nullptr;
@@ -25,8 +33,10 @@ struct BackendQuestion {
 std::vector<BackendQuestion> questions(const MergedCalendars &merged, const CalCalendarList &asked)
 {
     QSet<QString> askedUids;
-    for (const CalCalendarPtr &calendar : asked)
-        askedUids.insert(calendar->uid());
+    for (const CalCalendarPtr &calendar : asked) {
+        if (calendar)
+            askedUids.insert(calendar->uid());
+    }
 
     std::vector<BackendQuestion> questions;
     for (const Entry &entry : merged.entries()) {
@@ -126,18 +136,33 @@ public:
     {
     }
 
-    MergedCalendars merged() const { return MergedCalendars(backends); }
+    // Made anew only when a back end answers with other calendars.
+    std::shared_ptr<const MergedCalendars> merged();
     bool isComplete() const
     {
         return std::ranges::all_of(backends, [](const auto &backend) { return backend->isComplete(); });
     }
     void takeIn(const CalBackendChange &change, const CalendarStoreBackend &backend);
-    QSet<QString> shownUids(const CalBackendChange &change, const CalendarStoreBackend &backend) const;
+    QSet<QString> shownUids(const CalBackendChange &change, const CalendarStoreBackend &backend);
 
     std::vector<std::unique_ptr<CalendarStoreBackend>> backends;
     NotificationMerger merger;
     bool completionIsAnnounced = false;
+    std::vector<BackendCalendars> mergedFrom;
+    std::shared_ptr<const MergedCalendars> lastMerged;
 };
+
+std::shared_ptr<const MergedCalendars> CalCalendarStore::Private::merged()
+{
+    std::vector<BackendCalendars> current;
+    for (const auto &backend : backends)
+        current.push_back({ backend->calendars(), backend->hasDeclaredDefault() });
+    if (!lastMerged || current != mergedFrom) {
+        lastMerged = std::make_shared<const MergedCalendars>(backends);
+        mergedFrom = std::move(current);
+    }
+    return lastMerged;
+}
 
 void CalCalendarStore::Private::takeIn(const CalBackendChange &change, const CalendarStoreBackend &backend)
 {
@@ -153,14 +178,13 @@ void CalCalendarStore::Private::takeIn(const CalBackendChange &change, const Cal
         merger.add(isOurs ? CalTasksChangedNotification : CalTasksChangedExternallyNotification, uids);
 }
 
-QSet<QString> CalCalendarStore::Private::shownUids(
-    const CalBackendChange &change, const CalendarStoreBackend &backend) const
+QSet<QString> CalCalendarStore::Private::shownUids(const CalBackendChange &change, const CalendarStoreBackend &backend)
 {
-    const MergedCalendars calendars = merged();
+    const auto calendars = merged();
     QSet<QString> uids;
     for (const QString &ownUid : change.calendarUids) {
         // A calendar that is gone keeps the name under which it was probably known.
-        const Entry *const entry = calendars.ofBackend(&backend, ownUid);
+        const Entry *const entry = calendars->ofBackend(&backend, ownUid);
         uids.insert(entry ? entry->shown->uid() : ownUid);
     }
     return uids;
@@ -189,17 +213,17 @@ CalCalendarStore::~CalCalendarStore() = default;
 
 CalCalendarList CalCalendarStore::calendars() const
 {
-    const MergedCalendars merged = d->merged();
+    const auto merged = d->merged();
     CalCalendarList calendars;
-    for (const Entry &entry : merged.entries())
+    for (const Entry &entry : merged->entries())
         calendars.append(entry.shown);
     return calendars;
 }
 
 CalCalendarPtr CalCalendarStore::calendarWithUID(const QString &uid) const
 {
-    const MergedCalendars merged = d->merged();
-    const Entry *const entry = merged.shownAs(uid);
+    const auto merged = d->merged();
+    const Entry *const entry = merged->shownAs(uid);
     return entry ? entry->shown : nullptr;
 }
 
@@ -237,10 +261,10 @@ CalEventList CalCalendarStore::eventsWithPredicate(const CalPredicate &predicate
 
     using Place = decltype(placeOf(std::declval<const CalEvent &>()));
     std::vector<std::pair<Place, CalEventPtr>> keyed;
-    const MergedCalendars merged = d->merged();
-    for (const auto &[backend, calendars] : questions(merged, predicate.calendars)) {
+    const auto merged = d->merged();
+    for (const auto &[backend, calendars] : questions(*merged, predicate.calendars)) {
         for (const CalEventPtr &event : backend->events(predicate.start, predicate.end, calendars)) {
-            if (adoptRecord(*event, backend, merged))
+            if (adoptRecord(*event, backend, *merged))
                 keyed.emplace_back(placeOf(*event), event);
         }
     }
@@ -253,10 +277,10 @@ CalTaskList CalCalendarStore::tasksWithPredicate(const CalPredicate &predicate) 
         return {};
 
     std::vector<std::pair<std::tuple<int, QString>, CalTaskPtr>> keyed;
-    const MergedCalendars merged = d->merged();
-    for (const auto &[backend, calendars] : questions(merged, predicate.calendars)) {
+    const auto merged = d->merged();
+    for (const auto &[backend, calendars] : questions(*merged, predicate.calendars)) {
         for (const CalTaskPtr &task : backend->tasks(taskState(predicate.subject), predicate.start, calendars)) {
-            if (const Entry *const entry = adoptRecord(*task, backend, merged))
+            if (const Entry *const entry = adoptRecord(*task, backend, *merged))
                 keyed.emplace_back(std::tuple(entry->rank, task->uid()), task);
         }
     }
@@ -265,9 +289,9 @@ CalTaskList CalCalendarStore::tasksWithPredicate(const CalPredicate &predicate) 
 
 bool CalCalendarStore::saveTask_error(const CalTaskPtr &task, StoreError *error)
 {
-    const MergedCalendars merged = d->merged();
-    const Entry *const calendar = task->calendar() ? merged.shownAs(task->calendar()->uid()) : nullptr;
-    std::optional<StoreError> failure = reasonNotToSave(*task, merged, calendar);
+    const auto merged = d->merged();
+    const Entry *const calendar = task->calendar() ? merged->shownAs(task->calendar()->uid()) : nullptr;
+    std::optional<StoreError> failure = reasonNotToSave(*task, *merged, calendar);
     if (!failure) {
         // The back end knows the calendar by its own uid only.
         const CalCalendarPtr shown = task->calendar();
@@ -279,7 +303,7 @@ bool CalCalendarStore::saveTask_error(const CalTaskPtr &task, StoreError *error)
             task->setCalendar(shown);
 
         if (result) {
-            task->setUid(merged.uidOfItem(task->origin(), *calendar));
+            task->setUid(merged->uidOfItem(task->origin(), *calendar));
             return true;
         }
         failure = result.error();

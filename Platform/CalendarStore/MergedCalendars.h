@@ -15,8 +15,8 @@ class CalendarStoreBackend;
 //
 // A back end names its calendars by itself, so two of them can choose the same
 // uid: the calendar of the later back end is then shown under a uid with a
-// suffix. Here alone both names are known. Made anew for every question, since
-// back ends may take in a change at any time.
+// suffix. Here alone both names are known. A snapshot: back ends may take in a
+// change between two questions.
 class MergedCalendars final
 {
 public:

@@ -1,0 +1,50 @@
+// SPDX-License-Identifier: MIT
+#include "TestRegistry.h"
+
+#include <StoreError.h>
+
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+
+class StoreErrorTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void messageNamesItemCalendarAndReason();
+    void messageWithoutCalendarNamesTheItem();
+    void messageWithoutReasonIsOneLine();
+    void percentSignsInATitleStay();
+};
+
+void StoreErrorTest::messageNamesItemCalendarAndReason()
+{
+    const StoreError error { StoreError::Code::Io, u"Buy milk"_s, u"Home"_s, u"The disk is full."_s };
+
+    QCOMPARE(error.message(), u"“Buy milk” in the calendar “Home” was not saved.\nThe disk is full."_s);
+}
+
+void StoreErrorTest::messageWithoutCalendarNamesTheItem()
+{
+    const StoreError error { StoreError::Code::Io, u"Buy milk"_s, {}, u"The disk is full."_s };
+
+    QCOMPARE(error.message(), u"“Buy milk” was not saved.\nThe disk is full."_s);
+}
+
+void StoreErrorTest::messageWithoutReasonIsOneLine()
+{
+    const StoreError error { StoreError::Code::Io, u"Buy milk"_s, u"Home"_s, {} };
+
+    QCOMPARE(error.message(), u"“Buy milk” in the calendar “Home” was not saved."_s);
+}
+
+void StoreErrorTest::percentSignsInATitleStay()
+{
+    const StoreError error { StoreError::Code::Io, u"%2 off <b>today</b>"_s, u"%1"_s, {} };
+
+    QCOMPARE(error.message(), u"“%2 off <b>today</b>” in the calendar “%1” was not saved."_s);
+}
+
+VANTLE_TEST(StoreErrorTest)
+#include "StoreErrorTest.moc"
