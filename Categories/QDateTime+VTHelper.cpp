@@ -4,39 +4,27 @@
 namespace
 {
 
-QDateTime localInstant(qint64 milliseconds)
-{
-    return QDateTime::fromMSecsSinceEpoch(milliseconds);
-}
-
-// The first instant at which the local date is that date or a later one, given a late guess.
-// When midnight comes twice, Qt may answer with the second one.
-QDateTime firstInstantOfDate(QDate date, const QDateTime &guess)
-{
-    constexpr qint64 longestFold = 3 * 3600; // seconds; no zone ever went back further within a day
-    qint64 earlier = guess.toSecsSinceEpoch() - longestFold;
-    qint64 later = guess.toSecsSinceEpoch();
-    while (later - earlier > 1) {
-        const qint64 middle = earlier + (later - earlier) / 2;
-        if (QDateTime::fromSecsSinceEpoch(middle).date() < date)
-            earlier = middle;
-        else
-            later = middle;
-    }
-    return QDateTime::fromSecsSinceEpoch(later);
-}
-
+// The first instant at which the local date is that date or, where the zone left it out, a later one.
+//
+// Found by halving, from instants alone: when a clock change makes midnight come twice or not at
+// all, going from a date and a time to an instant has no one answer, and Qt's is not always the first.
 QDateTime startOfDate(QDate date)
 {
-    // A zone that moved over the date line left out a whole day.
-    QDateTime start = date.startOfDay();
-    if (!start.isValid())
-        start = date.addDays(1).startOfDay();
-    if (!start.isValid())
+    if (!date.isValid())
         return {};
 
-    const bool isLate = localInstant(start.toMSecsSinceEpoch() - 1).date() >= date;
-    return isLate ? firstInstantOfDate(date, start) : start;
+    constexpr qint64 farthestFromUtc = 26 * 3600; // seconds; the date line's zones and then a clock change
+    const qint64 midnightInUtc = date.startOfDay(Qt::UTC).toSecsSinceEpoch();
+    qint64 before = midnightInUtc - farthestFromUtc;
+    qint64 after = midnightInUtc + farthestFromUtc;
+    while (after - before > 1) {
+        const qint64 middle = before + (after - before) / 2;
+        if (QDateTime::fromSecsSinceEpoch(middle).date() < date)
+            before = middle;
+        else
+            after = middle;
+    }
+    return QDateTime::fromSecsSinceEpoch(after);
 }
 
 } // namespace
