@@ -432,7 +432,7 @@ void VTDayModelTest::newTimeZoneIsFollowed()
 {
     MainWindowFixture fixture;
     fixture.clock.setNow(localInstant("2026-11-20T22:00"));
-    fixture.backend().addTask(u"Home"_s, makeCompletedTask(u"early"_s, u"early"_s, localInstant("2026-11-15T18:00")));
+    fixture.backend().addTask(u"Home"_s, makeCompletedTask(u"early"_s, u"early"_s, localInstant("2026-11-15T18:00").toUTC()));
     const VTMainWindowController &controller = fixture.wake();
     QVERIFY(controller.tasks().isEmpty());
     const qint64 instant = fixture.clock.now().toMSecsSinceEpoch();
