@@ -24,7 +24,7 @@ AssertionFailure::AssertionFailure(const QString &message, const QString &source
     : m_message(message)
     , m_sourceName(sourceName)
     , m_line(line)
-    , m_what(u"%1 (%2:%3)"_s.arg(message, sourceName).arg(line).toUtf8())
+    , m_what(u"%1 (%2:%3)"_s.arg(message, sourceName, QString::number(line)).toUtf8())
 {
 }
 
