@@ -48,6 +48,14 @@ std::optional<GroupRef> groupOf(const Collection &collection, const FileSnapshot
     return std::nullopt;
 }
 
+bool isSameAlarm(const CalAlarmPtr &left, const CalAlarmPtr &right)
+{
+    return left->action() == right->action() && left->sound() == right->sound()
+        && left->emailAddress() == right->emailAddress() && left->url() == right->url()
+        && left->relativeTrigger() == right->relativeTrigger() && left->isRelatedToEnd() == right->isRelatedToEnd()
+        && left->absoluteTrigger() == right->absoluteTrigger() && left->storedIndex() == right->storedIndex();
+}
+
 // What the file of a to-do cannot take from a record; empty when it can take all.
 QString unsupportedChange(const CalTask &task)
 {
@@ -56,7 +64,7 @@ QString unsupportedChange(const CalTask &task)
         return QCoreApplication::translate("Vantle", "A to-do cannot be moved to another calendar.");
     if (task.dueDate() != read.dueDate() || task.isDueDateOnly() != read.isDueDateOnly())
         return QCoreApplication::translate("Vantle", "The due date of a to-do cannot be changed.");
-    if (task.alarms() != read.alarms())
+    if (!std::ranges::equal(task.alarms(), read.alarms(), isSameAlarm))
         return QCoreApplication::translate("Vantle", "The alarms of a to-do cannot be changed.");
     return {};
 }
