@@ -107,7 +107,7 @@ void FileSnapshot::addEvent(int index, QHash<QString, int> &seriesByUid)
         }
     }
     ItemGroup group;
-    group.needsExpansion = event.repeats();
+    group.needsExpansion = event.repeats() && !event.recurrenceId;
     // An override without its series takes part by itself, like an event that happens once.
     if (event.recurrenceId)
         group.overrides << index;

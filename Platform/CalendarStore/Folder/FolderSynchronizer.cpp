@@ -381,10 +381,6 @@ void FolderSynchronizer::noteProblems(const QString &path, const FileSnapshot &s
 {
     for (const ICalendar::Problem &problem : snapshot.document().problems)
         m_log.note(path, problem.line, problem.text);
-    for (const ItemGroup &group : snapshot.groups()) {
-        if (group.kind == ICalendar::Item::Kind::Event && !group.earliest)
-            m_log.note(path, 0, u"an event has no start and cannot be shown: %1"_s.arg(snapshot.uidOf(group)));
-    }
 }
 
 void FolderSynchronizer::announce(const Collection &collection, bool calendars, const FileSnapshot *before,
