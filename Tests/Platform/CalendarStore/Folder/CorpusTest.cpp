@@ -1,0 +1,171 @@
+// SPDX-License-Identifier: MIT
+#include "CalendarFolder.h"
+#include "TestRegistry.h"
+
+#include <QDir>
+#include <QDirIterator>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QTest>
+
+#include <algorithm>
+#include <array>
+
+using namespace Qt::StringLiterals;
+
+namespace
+{
+
+const QDate day(2026, 3, 11);
+constexpr qint64 mostMillisecondsPerFile = 3 * 2000; // three times the goal, for a busy machine
+constexpr qsizetype fewestCorpusFiles = 500;
+
+QByteArray bytesOf(const QString &path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+QStringList calendarFilesBelow(const QString &folder)
+{
+    QStringList paths;
+    QDirIterator each(folder, { u"*.ics"_s }, QDir::Files, QDirIterator::Subdirectories);
+    while (each.hasNext())
+        paths << each.next();
+    paths.sort();
+    return paths;
+}
+
+void writeNeighbours(const CalendarFolder &folder)
+{
+    folder.write(u"c/0-before.ics"_s, calendarText(eventText("neighbour-1", "Neighbour", "20260311T090000")));
+    folder.write(u"c/zz-behind.ics"_s, calendarText(taskText("neighbour-2", "Neighbour")));
+}
+
+bool neighboursAreShown(const FolderCalendarStore &store)
+{
+    return sortedTitles(eventsOn(store, day)).contains(u"Neighbour"_s)
+        && sortedTitles(allTasks(store)).contains(u"Neighbour"_s);
+}
+
+// Days of years in which calendars of all kinds have something, and such that have nothing.
+void askAround(const FolderCalendarStore &store)
+{
+    constexpr std::array years { 1, 1600, 1970, 1997, 2008, 2016, 2024, 2026, 9999 };
+    for (const int year : years)
+        (void)eventsOn(store, QDate(year, 3, 30));
+}
+
+QStringList strings(const QJsonValue &list)
+{
+    QStringList texts;
+    for (const QJsonValue &each : list.toArray())
+        texts << each.toString();
+    texts.sort();
+    return texts;
+}
+
+} // namespace
+
+// Calendar files of other projects, and damaged ones of our own making: each
+// alone beside good neighbours, and all of them together.
+class CorpusTest final : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void ourOwnCasesAreReadAsExpected_data();
+    void ourOwnCasesAreReadAsExpected();
+    void theCorpusIsThere();
+    void everyFileAloneHidesNoNeighbour();
+    void allFilesTogetherHideNoNeighbour();
+};
+
+void CorpusTest::ourOwnCasesAreReadAsExpected_data()
+{
+    QTest::addColumn<QString>("path");
+
+    for (const QString &path : calendarFilesBelow(QStringLiteral(VANTLE_OWN_CORPUS)))
+        QTest::newRow(qPrintable(QFileInfo(path).completeBaseName())) << path;
+}
+
+void CorpusTest::ourOwnCasesAreReadAsExpected()
+{
+    QFETCH(const QString, path);
+    const QByteArray bytes = bytesOf(path);
+    QString expectation = path;
+    expectation.replace(u".ics"_s, u".json"_s);
+    const QJsonObject expected = QJsonDocument::fromJson(bytesOf(expectation)).object();
+    QVERIFY2(!expected.isEmpty(), qPrintable(expectation));
+    const CalendarFolder folder;
+    folder.write(u"c/case.ics"_s, bytes);
+
+    const auto store = folder.openWithoutWatching();
+    const QDate asked = QDate::fromString(expected[u"date"_s].toString(), Qt::ISODate);
+
+    QStringList events;
+    for (const CalEventPtr &event : eventsOn(*store, asked)) {
+        const QString format = event->isAllDay() ? u"yyyy-MM-dd"_s : u"yyyy-MM-ddTHH:mm:ss"_s;
+        events << u"%1 %2 %3"_s.arg(event->startDate().toString(format), event->endDate().toString(format),
+            event->title().value_or(u"(none)"_s));
+    }
+    events.sort();
+    QCOMPARE(events, strings(expected[u"events"_s]));
+    QCOMPARE(sortedTitles(allTasks(*store)), strings(expected[u"todos"_s]));
+    QCOMPARE(folder.read(u"c/case.ics"_s), bytes);
+}
+
+void CorpusTest::theCorpusIsThere()
+{
+    const QString corpus = QStringLiteral(VANTLE_CORPUS);
+    QVERIFY2(!corpus.isEmpty(),
+        "No folder of real calendar files was given. Configure with -DVANTLE_CORPUS_DIR=/path/to/corpus.");
+    QVERIFY2(calendarFilesBelow(corpus).size() >= fewestCorpusFiles, qPrintable(corpus));
+}
+
+void CorpusTest::everyFileAloneHidesNoNeighbour()
+{
+    for (const QString &path : calendarFilesBelow(QStringLiteral(VANTLE_CORPUS))) {
+        const QByteArray bytes = bytesOf(path);
+        const CalendarFolder folder;
+        writeNeighbours(folder);
+        folder.write(u"c/sample.ics"_s, bytes);
+        QElapsedTimer timer;
+        timer.start();
+
+        const auto store = folder.openWithoutWatching();
+        QVERIFY2(neighboursAreShown(*store), qPrintable(path));
+        askAround(*store);
+
+        QVERIFY2(timer.elapsed() < mostMillisecondsPerFile, qPrintable(path));
+        QVERIFY2(folder.read(u"c/sample.ics"_s) == bytes, qPrintable(path));
+    }
+}
+
+void CorpusTest::allFilesTogetherHideNoNeighbour()
+{
+    const CalendarFolder folder;
+    writeNeighbours(folder);
+    QHash<QString, QByteArray> written;
+    for (const QString &path : calendarFilesBelow(QStringLiteral(VANTLE_CORPUS)))
+        written.insert(u"c/%1.ics"_s.arg(written.size()), bytesOf(path));
+    for (auto each = written.cbegin(); each != written.cend(); ++each)
+        folder.write(each.key(), each.value());
+    QElapsedTimer timer;
+
+    timer.start();
+    const auto store = folder.openWithoutWatching();
+    const qint64 reading = timer.restart();
+    QVERIFY(neighboursAreShown(*store));
+    qInfo("%lld files: read in %lld ms, first day in %lld ms", qint64(written.size()), reading, timer.elapsed());
+    askAround(*store);
+
+    for (auto each = written.cbegin(); each != written.cend(); ++each)
+        QCOMPARE(folder.read(each.key()), each.value());
+}
+
+VANTLE_TEST(CorpusTest)
+#include "CorpusTest.moc"
