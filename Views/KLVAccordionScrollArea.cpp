@@ -88,12 +88,33 @@ KLVAccordionScrollArea::KLVAccordionScrollArea(KLVAccordionView *accordion, QWid
     updateFocusFrame();
 }
 
+// The accordion lays itself out once more when it goes: it must find a whole scroll area, and
+// nothing that happens after it may come back here.
+KLVAccordionScrollArea::~KLVAccordionScrollArea()
+{
+    disconnect(qApp, nullptr, this, nullptr);
+    delete takeWidget();
+    disconnect(verticalScrollBar(), nullptr, this, nullptr);
+}
+
+KLVAccordionView *KLVAccordionScrollArea::accordion() const
+{
+    return m_accordion;
+}
+
 void KLVAccordionScrollArea::resizeEvent(QResizeEvent *event)
 {
-    m_accordion->resize(viewport()->width(), m_accordion->height());
+    if (m_accordion)
+        m_accordion->resize(viewport()->width(), m_accordion->height());
     QScrollArea::resizeEvent(event);
     placeOverlays();
     updateBar();
+}
+
+// A scroll area's own would scroll to the middle of the list when the keyboard leaves it.
+bool KLVAccordionScrollArea::focusNextPrevChild(bool next)
+{
+    return QWidget::focusNextPrevChild(next); // NOLINT(bugprone-parent-virtual-call)
 }
 
 void KLVAccordionScrollArea::placeOverlays()
@@ -117,5 +138,5 @@ void KLVAccordionScrollArea::updateBar()
 
 void KLVAccordionScrollArea::updateFocusFrame()
 {
-    m_focusFrame->setVisible(m_accordion->hasFocus());
+    m_focusFrame->setVisible(m_accordion && m_accordion->hasFocus());
 }

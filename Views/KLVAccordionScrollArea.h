@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <QPointer>
 #include <QScrollArea>
 
 class KLVAccordionView;
@@ -20,17 +21,20 @@ public:
     // The accordion becomes a child of this view.
     explicit KLVAccordionScrollArea(KLVAccordionView *accordion, QWidget *parent = nullptr);
 
-    KLVAccordionView *accordion() const { return m_accordion; }
+    ~KLVAccordionScrollArea() override;
+
+    KLVAccordionView *accordion() const;
 
 protected:
     void resizeEvent(QResizeEvent *event) override;
+    bool focusNextPrevChild(bool next) override;
 
 private:
     void placeOverlays();
     void updateBar();
     void updateFocusFrame();
 
-    KLVAccordionView *m_accordion;
+    QPointer<KLVAccordionView> m_accordion;
     QScrollBar *m_bar;
     QWidget *m_focusFrame;
 };

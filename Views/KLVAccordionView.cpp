@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "KLVAccordionView.h"
 
+#include "KLVAccordionAccessibility.h"
 #include "KLVAccordionClickShield.h"
 #include "KLVControl.h"
 
@@ -27,6 +28,7 @@ QString uidOf(const KeyValueObjectPtr &object)
 KLVAccordionView::KLVAccordionView(QWidget *parent)
     : QWidget(parent)
 {
+    KLVAccordionAccessibility::install();
     // A press gives no focus by itself: that is the delegate's decision.
     setFocusPolicy(Qt::TabFocus);
     setMouseTracking(true);
@@ -77,6 +79,8 @@ void KLVAccordionView::setSelectedObjects(const KLVRepresentedObjects &objects)
     m_keepsScrollOffset = selectedUids() == before;
     updateAVItemViews();
     m_keepsScrollOffset = false;
+    if (selectedUids() != before)
+        KLVAccordionAccessibility::selectionDidChange(*this);
 }
 
 void KLVAccordionView::setSelectedObject(const KeyValueObjectPtr &object)
@@ -99,6 +103,7 @@ void KLVAccordionView::rebuild()
     m_keepsScrollOffset = true;
     updateAVItemViews();
     m_keepsScrollOffset = false;
+    KLVAccordionAccessibility::rowsDidChange(*this);
 }
 
 QList<KLVView *> KLVAccordionView::subviews() const

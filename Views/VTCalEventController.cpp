@@ -161,7 +161,7 @@ void VTCalEventController::awakeFromNib()
 // The frames of the interface file at this width and font, before the content moves them.
 VTRowFrames VTCalEventController::loadedFrames() const
 {
-    constexpr double badgePadding = 7.0;
+    constexpr double badgePadding = 6.0;
     constexpr double badgeGap = 4.0;
     constexpr double titleGap = 8.0;
     constexpr double narrowing = 40.0;

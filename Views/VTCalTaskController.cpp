@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "VTCalTaskController.h"
 
+#include "KLVAccordionAccessibility.h"
 #include "KLVAccordionView.h"
 #include "KLVButton.h"
 #include "KLVCheckBox.h"
@@ -156,6 +157,8 @@ void VTCalTaskController::observeValueForKeyPath_ofObject_change_context(
     if (object != static_cast<KeyValueObject *>(this)) {
         saveTask();
         showCompletion();
+        if (accordionView())
+            KLVAccordionAccessibility::checkedDidChange(*accordionView(), *this);
         return;
     }
 

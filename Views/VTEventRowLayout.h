@@ -7,11 +7,11 @@
 
 // What of an event decides the layout of its row. Heights are what the texts need.
 struct VTEventRowContent {
-    std::optional<float> notesHeight; // absent without notes
+    std::optional<float> notesHeight = {}; // absent without notes
     bool hasUrl = false;
     bool hasAttendees = false; // an empty list counts; the matrix is then sized to its cells
     bool hasLocation = false;
-    std::optional<float> titleHeight; // absent without a title
+    std::optional<float> titleHeight = {}; // absent without a title
 };
 
 struct VTRowLayout {

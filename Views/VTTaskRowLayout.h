@@ -5,10 +5,10 @@
 
 // What of a to-do decides the layout of its row. Heights are what the texts need.
 struct VTTaskRowContent {
-    std::optional<float> notesHeight; // absent without notes
+    std::optional<float> notesHeight = {}; // absent without notes
     bool hasUrl = false;
     bool hasCompletedDate = false;
-    std::optional<float> titleHeight; // absent without a title
+    std::optional<float> titleHeight = {}; // absent without a title
     bool hasDueDate = false;
 };
 

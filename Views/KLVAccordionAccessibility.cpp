@@ -1,0 +1,412 @@
+// SPDX-License-Identifier: MIT
+#include "KLVAccordionAccessibility.h"
+
+#include "KLVAccordionView.h"
+#include "KLVControl.h"
+
+#include <QAccessible>
+#include <QAccessibleWidget>
+#include <QPointer>
+
+#include <algorithm>
+#include <map>
+#include <tuple>
+
+using namespace Qt::StringLiterals;
+
+namespace
+{
+
+// Which row: the item's uid, and which of several rows with that uid.
+struct RowKey {
+    QString uid;
+    int occurrence = 0;
+
+    bool operator==(const RowKey &) const = default;
+    bool operator<(const RowKey &other) const
+    {
+        return std::tie(uid, occurrence) < std::tie(other.uid, other.occurrence);
+    }
+};
+
+struct PartKey {
+    RowKey row;
+    QString view; // empty for the row itself
+
+    bool operator<(const PartKey &other) const { return std::tie(row, view) < std::tie(other.row, other.view); }
+};
+
+QString uidOf(const KLVAccordionViewItem &item)
+{
+    const KeyValueObjectPtr &object = item.representedObject();
+    return object ? object->valueForKey(u"uid"_s).toString() : QString();
+}
+
+std::vector<RowKey> rowKeys(const KLVAccordionView &accordion)
+{
+    std::vector<RowKey> keys;
+    std::map<QString, int> seen;
+    for (const KLVAccordionViewItemPtr &item : accordion.accordionViewItems()) {
+        const QString uid = uidOf(*item);
+        keys.push_back({ uid, seen[uid]++ });
+    }
+    return keys;
+}
+
+void collectParts(const KLVView &view, std::vector<const KLVView *> &parts)
+{
+    for (const auto &subview : view.subviews()) {
+        if (subview->isHidden())
+            continue;
+        if (subview->accessibleRole() != QAccessible::NoRole && !subview->accessibleText().isEmpty())
+            parts.push_back(subview.get());
+        collectParts(*subview, parts);
+    }
+}
+
+class ListInterface;
+
+// A row, or something that a row shows. Looks for it anew at every question.
+class PartInterface final : public QAccessibleInterface, public QAccessibleActionInterface
+{
+public:
+    PartInterface(KLVAccordionView &accordion, PartKey key)
+        : m_accordion(&accordion)
+        , m_key(std::move(key))
+    {
+    }
+
+    bool isValid() const override { return view(); }
+    QObject *object() const override { return nullptr; }
+    QWindow *window() const override;
+    QAccessibleInterface *childAt(int x, int y) const override;
+    QAccessibleInterface *parent() const override;
+    QAccessibleInterface *child(int index) const override;
+    int childCount() const override { return static_cast<int>(parts().size()); }
+    int indexOfChild(const QAccessibleInterface *child) const override;
+    QString text(QAccessible::Text text) const override;
+    void setText(QAccessible::Text /*text*/, const QString & /*value*/) override { }
+    QRect rect() const override;
+    QAccessible::Role role() const override;
+    QAccessible::State state() const override;
+    void *interface_cast(QAccessible::InterfaceType type) override;
+
+    QStringList actionNames() const override;
+    void doAction(const QString &name) override;
+    QStringList keyBindingsForAction(const QString & /*name*/) const override { return {}; }
+
+private:
+    bool isRow() const { return m_key.view.isEmpty(); }
+    ListInterface *list() const;
+    KLVAccordionViewItemPtr item() const;
+    const KLVView *view() const;
+    const KLVControl *control() const { return dynamic_cast<const KLVControl *>(view()); }
+    std::vector<const KLVView *> parts() const;
+
+    QPointer<KLVAccordionView> m_accordion;
+    PartKey m_key;
+};
+
+class ListInterface final : public QAccessibleWidget
+{
+public:
+    explicit ListInterface(KLVAccordionView *accordion)
+        : QAccessibleWidget(accordion, QAccessible::List)
+    {
+    }
+    ~ListInterface() override
+    {
+        for (const auto &[key, id] : m_ids)
+            QAccessible::deleteAccessibleInterface(id);
+    }
+
+    KLVAccordionView *accordion() const { return static_cast<KLVAccordionView *>(widget()); }
+
+    int childCount() const override { return static_cast<int>(accordion()->accordionViewItems().size()); }
+    QAccessibleInterface *child(int index) const override
+    {
+        const auto keys = rowKeys(*accordion());
+        if (index < 0 || index >= static_cast<int>(keys.size()))
+            return nullptr;
+        return part({ keys[static_cast<std::size_t>(index)], {} });
+    }
+    int indexOfChild(const QAccessibleInterface *child) const override
+    {
+        for (int index = 0; index < childCount(); ++index) {
+            if (this->child(index) == child)
+                return index;
+        }
+        return -1;
+    }
+    QAccessibleInterface *childAt(int x, int y) const override
+    {
+        for (int index = 0; index < childCount(); ++index) {
+            if (child(index)->rect().contains(x, y))
+                return child(index);
+        }
+        return nullptr;
+    }
+    QAccessibleInterface *focusChild() const override
+    {
+        for (int index = 0; accordion()->hasFocus() && index < childCount(); ++index) {
+            if (child(index)->state().focused)
+                return child(index);
+        }
+        return QAccessibleWidget::focusChild();
+    }
+
+    QAccessibleInterface *part(const PartKey &key) const
+    {
+        const auto known = m_ids.find(key);
+        if (known != m_ids.end())
+            return QAccessible::accessibleInterface(known->second);
+        auto *const made = new PartInterface(*accordion(), key); // owned by QAccessible from here on
+        m_ids.emplace(key, QAccessible::registerAccessibleInterface(made));
+        return made;
+    }
+
+    void forgetLostRows()
+    {
+        const auto keys = rowKeys(*accordion());
+        std::erase_if(m_ids, [&](const auto &entry) {
+            if (std::ranges::find(keys, entry.first.row) != keys.end())
+                return false;
+            QAccessible::deleteAccessibleInterface(entry.second);
+            return true;
+        });
+    }
+
+private:
+    mutable std::map<PartKey, QAccessible::Id> m_ids;
+};
+
+ListInterface *listOf(KLVAccordionView &accordion)
+{
+    return dynamic_cast<ListInterface *>(QAccessible::queryAccessibleInterface(&accordion));
+}
+
+ListInterface *PartInterface::list() const
+{
+    return m_accordion ? listOf(*m_accordion) : nullptr;
+}
+
+KLVAccordionViewItemPtr PartInterface::item() const
+{
+    if (!m_accordion)
+        return nullptr;
+    const auto keys = rowKeys(*m_accordion);
+    const auto found = std::ranges::find(keys, m_key.row);
+    return found == keys.end() ? nullptr : m_accordion->accordionViewItems().at(std::distance(keys.begin(), found));
+}
+
+const KLVView *PartInterface::view() const
+{
+    const KLVAccordionViewItemPtr row = item();
+    if (!row || !row->view() || isRow())
+        return row ? row->view() : nullptr;
+    std::vector<const KLVView *> views;
+    collectParts(*row->view(), views);
+    const auto found = std::ranges::find(views, m_key.view, &KLVView::name);
+    return found == views.end() ? nullptr : *found;
+}
+
+std::vector<const KLVView *> PartInterface::parts() const
+{
+    std::vector<const KLVView *> views;
+    if (isRow() && view())
+        collectParts(*view(), views);
+    return views;
+}
+
+QWindow *PartInterface::window() const
+{
+    return list() ? list()->window() : nullptr;
+}
+
+QAccessibleInterface *PartInterface::parent() const
+{
+    if (!list() || isRow())
+        return list();
+    return list()->part({ m_key.row, {} });
+}
+
+QAccessibleInterface *PartInterface::child(int index) const
+{
+    const auto views = parts();
+    if (index < 0 || index >= static_cast<int>(views.size()))
+        return nullptr;
+    return list()->part({ m_key.row, views[static_cast<std::size_t>(index)]->name() });
+}
+
+int PartInterface::indexOfChild(const QAccessibleInterface *child) const
+{
+    for (int index = 0; index < childCount(); ++index) {
+        if (this->child(index) == child)
+            return index;
+    }
+    return -1;
+}
+
+QAccessibleInterface *PartInterface::childAt(int x, int y) const
+{
+    for (int index = 0; index < childCount(); ++index) {
+        if (child(index)->rect().contains(x, y))
+            return child(index);
+    }
+    return nullptr;
+}
+
+QString PartInterface::text(QAccessible::Text text) const
+{
+    if (text != QAccessible::Name || !view())
+        return {};
+    return isRow() ? item()->accessibleText() : view()->accessibleText();
+}
+
+QRect PartInterface::rect() const
+{
+    const KLVAccordionViewItemPtr row = item();
+    if (!row || !view())
+        return {};
+    QRectF frame = row->view()->frame();
+    if (!isRow())
+        frame = row->view()->frameOfDescendant(*view()).translated(frame.topLeft());
+    const QRect inAccordion = frame.toAlignedRect();
+    return { m_accordion->mapToGlobal(inAccordion.topLeft()), inAccordion.size() };
+}
+
+QAccessible::Role PartInterface::role() const
+{
+    if (isRow())
+        return QAccessible::ListItem;
+    return view() ? view()->accessibleRole() : QAccessible::NoRole;
+}
+
+QAccessible::State PartInterface::state() const
+{
+    QAccessible::State state;
+    if (!view()) {
+        state.invalid = true;
+        return state;
+    }
+    state.invisible = !m_accordion->isVisible();
+    state.offscreen = m_accordion->visibleRegion()
+                          .intersected(QRect(m_accordion->mapFromGlobal(rect().topLeft()), rect().size()))
+                          .isEmpty();
+    if (isRow()) {
+        const bool hasCurrentControl = !m_accordion->currentControl().isNull();
+        state.selectable = true;
+        state.focusable = true;
+        state.selected = item()->isSelected();
+        state.focused = item()->isSelected() && m_accordion->hasFocus() && !hasCurrentControl;
+        return state;
+    }
+    if (const KLVControl *const shown = control()) {
+        const KLVAccordionView::ControlKey key { m_key.row.uid, m_key.view };
+        state.disabled = !shown->isEnabled();
+        state.focusable = shown->isEnabled();
+        state.focused = m_accordion->hasFocus() && m_accordion->currentControl() == key;
+        state.checkable = shown->isCheckable();
+        state.checked = shown->isChecked();
+    } else {
+        state.readOnly = true;
+    }
+    return state;
+}
+
+void *PartInterface::interface_cast(QAccessible::InterfaceType type)
+{
+    if (type == QAccessible::ActionInterface && (isRow() || control()))
+        return static_cast<QAccessibleActionInterface *>(this);
+    return nullptr;
+}
+
+QStringList PartInterface::actionNames() const
+{
+    if (isRow())
+        return { pressAction() };
+    if (!control() || !control()->isEnabled())
+        return {};
+    return { control()->isCheckable() ? toggleAction() : pressAction() };
+}
+
+// A row is pressed as by the pointer, so that the delegate selects it; a control does its action.
+void PartInterface::doAction(const QString &name)
+{
+    if (!m_accordion || !actionNames().contains(name))
+        return;
+    if (!isRow()) {
+        m_accordion->performControl({ m_key.row.uid, m_key.view });
+        return;
+    }
+    KLVMouseEvent press;
+    press.location = view()->frame().center();
+    press.globalPosition = m_accordion->mapToGlobal(press.location.toPoint());
+    m_accordion->mouseDown(press);
+}
+
+QAccessibleInterface *interfaceFor(const QString & /*className*/, QObject *object)
+{
+    auto *const accordion = qobject_cast<KLVAccordionView *>(object);
+    return accordion ? new ListInterface(accordion) : nullptr; // QAccessible owns it
+}
+
+void send(QAccessibleInterface *interface, QAccessible::Event type)
+{
+    QAccessibleEvent event(interface, type);
+    QAccessible::updateAccessibility(&event);
+}
+
+} // namespace
+
+void KLVAccordionAccessibility::install()
+{
+    QAccessible::installFactory(interfaceFor);
+}
+
+void KLVAccordionAccessibility::rowsDidChange(KLVAccordionView &accordion)
+{
+    if (!QAccessible::isActive())
+        return;
+    ListInterface *const list = listOf(accordion);
+    if (!list)
+        return;
+    list->forgetLostRows();
+    QAccessibleEvent event(&accordion, QAccessible::ObjectReorder);
+    QAccessible::updateAccessibility(&event);
+}
+
+void KLVAccordionAccessibility::selectionDidChange(KLVAccordionView &accordion)
+{
+    if (!QAccessible::isActive())
+        return;
+    const ListInterface *const list = listOf(accordion);
+    for (int index = 0; list && index < list->childCount(); ++index) {
+        QAccessibleInterface *const row = list->child(index);
+        if (!row->state().selected)
+            continue;
+        send(row, QAccessible::Selection);
+        if (row->state().focused)
+            send(row, QAccessible::Focus);
+    }
+}
+
+void KLVAccordionAccessibility::checkedDidChange(KLVAccordionView &accordion, const KLVAccordionViewItem &item)
+{
+    if (!QAccessible::isActive())
+        return;
+    const ListInterface *const list = listOf(accordion);
+    const auto &items = accordion.accordionViewItems();
+    const auto found = std::ranges::find(items, &item, &KLVAccordionViewItemPtr::get);
+    if (!list || found == items.end())
+        return;
+    QAccessibleInterface *const row = list->child(static_cast<int>(std::distance(items.begin(), found)));
+    for (int index = 0; index < row->childCount(); ++index) {
+        if (row->child(index)->role() != QAccessible::CheckBox)
+            continue;
+        QAccessible::State change;
+        change.checked = true;
+        QAccessibleStateChangeEvent event(row->child(index), change);
+        QAccessible::updateAccessibility(&event);
+    }
+}
