@@ -53,6 +53,11 @@ private:
     RowFixture(std::unique_ptr<RecordingTaskBackend> taskBackend);
 };
 
+inline QDateTime at(int day, int hour, int minute = 0)
+{
+    return RowFixture::at(day, hour, minute);
+}
+
 // Makes rows of calendar items and draws as the main window does.
 class RowDelegate final : public KLVAccordionViewDelegate
 {

@@ -1,0 +1,68 @@
+// SPDX-License-Identifier: MIT
+#include "TestRegistry.h"
+
+#include <KLVTheme.h>
+
+#include <QTest>
+
+class KLVThemeTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void darknessIsTakenFromTheWindowColour();
+    void givenLightColourHasADarkCounterpart();
+    void textIsReadableOnEveryTint_data();
+    void textIsReadableOnEveryTint();
+    void badgeTextIsWhiteOnlyWhereItCanBeRead();
+};
+
+void KLVThemeTest::darknessIsTakenFromTheWindowColour()
+{
+    QVERIFY(!KLVTheme(KLVTheme::lightPalette()).isDark());
+    QVERIFY(KLVTheme(KLVTheme::darkPalette()).isDark());
+}
+
+void KLVThemeTest::givenLightColourHasADarkCounterpart()
+{
+    const QColor alternate = QColor::fromRgbF(0.9294117647058824F, 0.9529411764705882F, 0.996078431372549F);
+
+    const QColor dark = KLVTheme(KLVTheme::darkPalette()).surface(alternate);
+
+    QCOMPARE(KLVTheme(KLVTheme::lightPalette()).surface(alternate), alternate);
+    QVERIFY2(std::abs(dark.red() - 0x23) <= 2, qPrintable(dark.name()));
+    QVERIFY2(std::abs(dark.green() - 0x2a) <= 2, qPrintable(dark.name()));
+    QVERIFY2(std::abs(dark.blue() - 0x37) <= 2, qPrintable(dark.name()));
+}
+
+void KLVThemeTest::textIsReadableOnEveryTint_data()
+{
+    QTest::addColumn<bool>("isDark");
+    QTest::addColumn<QColor>("tint");
+
+    for (const bool isDark : { false, true }) {
+        for (const char *name : { "#d6455d", "#ffff00", "#000000", "#ffffff", "#2f7de1", "#2e9e5b" })
+            QTest::addRow("%s, %s", isDark ? "dark" : "light", name) << isDark << QColor(QLatin1String(name));
+    }
+}
+
+void KLVThemeTest::textIsReadableOnEveryTint()
+{
+    QFETCH(bool, isDark);
+    QFETCH(QColor, tint);
+    const KLVTheme theme(isDark ? KLVTheme::darkPalette() : KLVTheme::lightPalette());
+    const QColor background = KLVTheme::blended(tint, 0.15, theme.base());
+
+    for (const QColor &color : { theme.text(), theme.dimText(), theme.accent(), theme.overdue() })
+        QVERIFY(KLVTheme::contrast(theme.readable(color, background), background) >= 4.5);
+}
+
+void KLVThemeTest::badgeTextIsWhiteOnlyWhereItCanBeRead()
+{
+    QCOMPARE(KLVTheme::textOnBadge(QColor(0xd6, 0x45, 0x5d)), QColor(Qt::white));
+    QCOMPARE(KLVTheme::textOnBadge(Qt::yellow), QColor(Qt::black));
+    QCOMPARE(KLVTheme::textOnBadge(Qt::black), QColor(Qt::white));
+}
+
+VANTLE_TEST(KLVThemeTest)
+#include "KLVThemeTest.moc"
