@@ -11,6 +11,8 @@ namespace
 {
 
 constexpr qint64 longestInterval = 1'000'000'000;
+// A rule that names every value of every part once is shorter.
+constexpr qsizetype longestText = 20'000;
 
 std::optional<RecurrenceRule::Frequency> parsedFrequency(const QByteArray &text)
 {
@@ -91,6 +93,8 @@ std::vector<RecurrenceRule::Weekday> parsedWeekdays(QByteArrayView list)
 
 std::optional<RecurrenceRule> RecurrenceRule::parsed(const QByteArray &text)
 {
+    if (text.size() > longestText)
+        return std::nullopt;
     RecurrenceRule rule;
     std::optional<Frequency> frequency;
     bool isGregorian = true;

@@ -39,7 +39,7 @@ struct RecurrenceRule {
     std::vector<int> months;
     std::vector<int> positions; // BYSETPOS
 
-    // Nothing for a rule without a known frequency, or in another calendar than the Gregorian.
+    // Nothing for a rule without a known frequency, in another calendar than the Gregorian, or of absurd length.
     static std::optional<RecurrenceRule> parsed(const QByteArray &text);
 };
 

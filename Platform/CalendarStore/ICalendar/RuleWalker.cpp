@@ -14,7 +14,7 @@ constexpr int lastYear = 9999;
 constexpr int monthsPerYear = 12;
 
 // Days looked at and instances made. A rule that needs more within one walk is no rule that a calendar means.
-constexpr qint64 mostWork = 1'000'000;
+constexpr qint64 mostWork = 300'000;
 
 qint64 ceilDivided(qint64 dividend, qint64 divisor)
 {

@@ -4,6 +4,7 @@
 #include "CivilDate.h"
 
 #include <algorithm>
+#include <array>
 #include <limits>
 
 namespace ICalendar
@@ -19,16 +20,22 @@ constexpr CivilSeconds startOfYear(int year)
 
 constexpr CivilSeconds tableEnd = startOfYear(TransitionZone::lastTableYear + 1);
 
+// The first seconds of years that stand in for others: by their first weekday, ordinary years before leap years.
+constexpr auto standIns = [] {
+    std::array<CivilSeconds, std::size_t { 2 } * daysPerWeek> starts {};
+    for (int year = TransitionZone::lastTableYear - 27; year <= TransitionZone::lastTableYear; ++year) {
+        const int kind = weekday(dayNumber(year, 1, 1)) + (isLeapYear(year) ? daysPerWeek : 0);
+        starts[static_cast<std::size_t>(kind)] = startOfYear(year);
+    }
+    return starts;
+}();
+
 // How far a time beyond the table lies after the same moment of the year that stands in for its own.
 qint64 shiftIntoTable(qint64 seconds)
 {
     const int year = yearMonthDay(dayOf(seconds)).year;
-    for (int candidate = TransitionZone::lastTableYear;; --candidate) {
-        const bool hasSameCalendar = isLeapYear(candidate) == isLeapYear(year)
-            && weekday(dayNumber(candidate, 1, 1)) == weekday(dayNumber(year, 1, 1));
-        if (hasSameCalendar)
-            return startOfYear(year) - startOfYear(candidate);
-    }
+    const int kind = weekday(dayNumber(year, 1, 1)) + (isLeapYear(year) ? daysPerWeek : 0);
+    return startOfYear(year) - standIns[static_cast<std::size_t>(kind)];
 }
 
 } // namespace

@@ -3,8 +3,6 @@
 
 #include "CivilDate.h"
 
-#include <QStringDecoder>
-
 #include <algorithm>
 
 namespace ICalendar
@@ -203,9 +201,8 @@ std::optional<qint64> parsedInteger(QByteArrayView text)
 
 QString decoded(QByteArrayView bytes)
 {
-    QStringDecoder decoder(QStringDecoder::Utf8);
-    QString text = decoder(bytes);
-    if (!decoder.hasError())
+    QString text = QString::fromUtf8(bytes);
+    if (!text.contains(QChar::ReplacementCharacter) || bytes.indexOf("\xEF\xBF\xBD") >= 0)
         return text;
     const bool hasUtf8 = std::ranges::any_of(
         text, [](QChar c) { return c.unicode() > 0x7F && c.unicode() != QChar::ReplacementCharacter; });
