@@ -1,64 +1,69 @@
 // SPDX-License-Identifier: MIT
 #include "PTKeyCodesTable.h"
 
-#include <Localization.h>
 #include <PropertyList.h>
+
+#include <QCoreApplication>
 
 #include <algorithm>
 #include <array>
-#include <string_view>
 
 using namespace Qt::StringLiterals;
 
 namespace
 {
 
+struct TranslatableName {
+    const char *name;
+    const char *role; // tells the key Home from the calendar Home
+};
+
 // The translation's tools read no property lists, so the words of the table
 // stand here once more. F1 and its like are the same everywhere.
-constexpr auto translatableNames = std::to_array<const char *>({
-    QT_TRANSLATE_NOOP("Vantle", "Return"),
-    QT_TRANSLATE_NOOP("Vantle", "Tab"),
-    QT_TRANSLATE_NOOP("Vantle", "Space"),
-    QT_TRANSLATE_NOOP("Vantle", "Backspace"),
-    QT_TRANSLATE_NOOP("Vantle", "Escape"),
-    QT_TRANSLATE_NOOP("Vantle", "Right Super"),
-    QT_TRANSLATE_NOOP("Vantle", "Super"),
-    QT_TRANSLATE_NOOP("Vantle", "Shift"),
-    QT_TRANSLATE_NOOP("Vantle", "Caps Lock"),
-    QT_TRANSLATE_NOOP("Vantle", "Alt"),
-    QT_TRANSLATE_NOOP("Vantle", "Ctrl"),
-    QT_TRANSLATE_NOOP("Vantle", "Right Shift"),
-    QT_TRANSLATE_NOOP("Vantle", "Right Alt"),
-    QT_TRANSLATE_NOOP("Vantle", "Right Ctrl"),
-    QT_TRANSLATE_NOOP("Vantle", "Fn"),
-    QT_TRANSLATE_NOOP("Vantle", "Num Lock"),
-    QT_TRANSLATE_NOOP("Vantle", "Volume Up"),
-    QT_TRANSLATE_NOOP("Vantle", "Volume Down"),
-    QT_TRANSLATE_NOOP("Vantle", "Mute"),
-    QT_TRANSLATE_NOOP("Vantle", "Pad Enter"),
-    QT_TRANSLATE_NOOP("Vantle", "Pad ,"),
-    QT_TRANSLATE_NOOP("Vantle", "Eisu"),
-    QT_TRANSLATE_NOOP("Vantle", "Kana"),
-    QT_TRANSLATE_NOOP("Vantle", "Menu"),
-    QT_TRANSLATE_NOOP("Vantle", "Insert"),
-    QT_TRANSLATE_NOOP("Vantle", "Home"),
-    QT_TRANSLATE_NOOP("Vantle", "Page Up"),
-    QT_TRANSLATE_NOOP("Vantle", "Delete"),
-    QT_TRANSLATE_NOOP("Vantle", "End"),
-    QT_TRANSLATE_NOOP("Vantle", "Page Down"),
-    QT_TRANSLATE_NOOP("Vantle", "Left"),
-    QT_TRANSLATE_NOOP("Vantle", "Right"),
-    QT_TRANSLATE_NOOP("Vantle", "Down"),
-    QT_TRANSLATE_NOOP("Vantle", "Up"),
-    QT_TRANSLATE_NOOP("Vantle", "Pad"),
+constexpr auto translatableNames = std::to_array<TranslatableName>({
+    QT_TRANSLATE_NOOP3("Vantle", "Return", "key"),
+    QT_TRANSLATE_NOOP3("Vantle", "Tab", "key"),
+    QT_TRANSLATE_NOOP3("Vantle", "Space", "key"),
+    QT_TRANSLATE_NOOP3("Vantle", "Backspace", "key"),
+    QT_TRANSLATE_NOOP3("Vantle", "Escape", "key"),
+    QT_TRANSLATE_NOOP3("Vantle", "Right Super", "key"),
+    QT_TRANSLATE_NOOP3("Vantle", "Super", "key"),
+    QT_TRANSLATE_NOOP3("Vantle", "Shift", "key"),
+    QT_TRANSLATE_NOOP3("Vantle", "Caps Lock", "key"),
+    QT_TRANSLATE_NOOP3("Vantle", "Alt", "key"),
+    QT_TRANSLATE_NOOP3("Vantle", "Ctrl", "key"),
+    QT_TRANSLATE_NOOP3("Vantle", "Right Shift", "key"),
+    QT_TRANSLATE_NOOP3("Vantle", "Right Alt", "key"),
+    QT_TRANSLATE_NOOP3("Vantle", "Right Ctrl", "key"),
+    QT_TRANSLATE_NOOP3("Vantle", "Fn", "key"),
+    QT_TRANSLATE_NOOP3("Vantle", "Num Lock", "key"),
+    QT_TRANSLATE_NOOP3("Vantle", "Volume Up", "key"),
+    QT_TRANSLATE_NOOP3("Vantle", "Volume Down", "key"),
+    QT_TRANSLATE_NOOP3("Vantle", "Mute", "key"),
+    QT_TRANSLATE_NOOP3("Vantle", "Pad Enter", "key"),
+    QT_TRANSLATE_NOOP3("Vantle", "Pad ,", "key"),
+    QT_TRANSLATE_NOOP3("Vantle", "Eisu", "key"),
+    QT_TRANSLATE_NOOP3("Vantle", "Kana", "key"),
+    QT_TRANSLATE_NOOP3("Vantle", "Menu", "key"),
+    QT_TRANSLATE_NOOP3("Vantle", "Insert", "key"),
+    QT_TRANSLATE_NOOP3("Vantle", "Home", "key"),
+    QT_TRANSLATE_NOOP3("Vantle", "Page Up", "key"),
+    QT_TRANSLATE_NOOP3("Vantle", "Delete", "key"),
+    QT_TRANSLATE_NOOP3("Vantle", "End", "key"),
+    QT_TRANSLATE_NOOP3("Vantle", "Page Down", "key"),
+    QT_TRANSLATE_NOOP3("Vantle", "Left", "key"),
+    QT_TRANSLATE_NOOP3("Vantle", "Right", "key"),
+    QT_TRANSLATE_NOOP3("Vantle", "Down", "key"),
+    QT_TRANSLATE_NOOP3("Vantle", "Up", "key"),
+    QT_TRANSLATE_NOOP3("Vantle", "Pad", "key"),
 });
 
 QString localizedName(const QString &name)
 {
-    const QByteArray key = name.toUtf8();
-    const bool isTranslatable = std::ranges::any_of(
-        translatableNames, [&key](std::string_view candidate) { return key == QByteArrayView(candidate); });
-    return isTranslatable ? localizedString(key.constData()) : name;
+    const QByteArray wanted = name.toUtf8();
+    const auto found = std::ranges::find_if(
+        translatableNames, [&wanted](const TranslatableName &candidate) { return wanted == candidate.name; });
+    return found == translatableNames.end() ? name : QCoreApplication::translate("Vantle", found->name, found->role);
 }
 
 QVariantMap localizedTable(QVariantMap table)

@@ -20,6 +20,237 @@
         <translation>Die Einstellungen konnten nicht in „%1“ geschrieben werden.</translation>
     </message>
     <message>
+        <source>Super</source>
+        <translation>Super</translation>
+    </message>
+    <message>
+        <source>Alt</source>
+        <translation>Alt</translation>
+    </message>
+    <message>
+        <source>Ctrl</source>
+        <translation>Strg</translation>
+    </message>
+    <message>
+        <source>Shift</source>
+        <translation>Umschalt</translation>
+    </message>
+    <message>
+        <source>(None)</source>
+        <translation>(Keine)</translation>
+    </message>
+    <message>
+        <source>Hold Ctrl, Alt or Super</source>
+        <translation>Mit Strg, Alt oder Super</translation>
+    </message>
+    <message>
+        <source>Not usable here</source>
+        <translation>Hier nicht verwendbar</translation>
+    </message>
+    <message>
+        <source>Press the keys</source>
+        <translation>Tasten drücken</translation>
+    </message>
+    <message>
+        <source>Click to record</source>
+        <translation>Klicken zum Aufnehmen</translation>
+    </message>
+    <message>
+        <source>Clear</source>
+        <translation>Löschen</translation>
+    </message>
+    <message>
+        <source>Recording: %1</source>
+        <translation>Aufnahme: %1</translation>
+    </message>
+    <message>
+        <source>Press Space, then the keys. Escape leaves it as it was, Delete clears it.</source>
+        <translation>Leertaste drücken, dann die Tasten. Esc lässt es, wie es war, Entf löscht es.</translation>
+    </message>
+    <message>
+        <source>Records the next key combination</source>
+        <translation>Nimmt die nächste Tastenkombination auf</translation>
+    </message>
+    <message>
+        <source>Takes the key combination away</source>
+        <translation>Entfernt die Tastenkombination</translation>
+    </message>
+    <message>
+        <source>Return</source>
+        <comment>key</comment>
+        <translation>Eingabe</translation>
+    </message>
+    <message>
+        <source>Tab</source>
+        <comment>key</comment>
+        <translation>Tab</translation>
+    </message>
+    <message>
+        <source>Space</source>
+        <comment>key</comment>
+        <translation>Leertaste</translation>
+    </message>
+    <message>
+        <source>Backspace</source>
+        <comment>key</comment>
+        <translation>Rücktaste</translation>
+    </message>
+    <message>
+        <source>Escape</source>
+        <comment>key</comment>
+        <translation>Esc</translation>
+    </message>
+    <message>
+        <source>Right Super</source>
+        <comment>key</comment>
+        <translation>Super rechts</translation>
+    </message>
+    <message>
+        <source>Super</source>
+        <comment>key</comment>
+        <translation>Super</translation>
+    </message>
+    <message>
+        <source>Shift</source>
+        <comment>key</comment>
+        <translation>Umschalt</translation>
+    </message>
+    <message>
+        <source>Caps Lock</source>
+        <comment>key</comment>
+        <translation>Feststelltaste</translation>
+    </message>
+    <message>
+        <source>Alt</source>
+        <comment>key</comment>
+        <translation>Alt</translation>
+    </message>
+    <message>
+        <source>Ctrl</source>
+        <comment>key</comment>
+        <translation>Strg</translation>
+    </message>
+    <message>
+        <source>Right Shift</source>
+        <comment>key</comment>
+        <translation>Umschalt rechts</translation>
+    </message>
+    <message>
+        <source>Right Alt</source>
+        <comment>key</comment>
+        <translation>Alt rechts</translation>
+    </message>
+    <message>
+        <source>Right Ctrl</source>
+        <comment>key</comment>
+        <translation>Strg rechts</translation>
+    </message>
+    <message>
+        <source>Fn</source>
+        <comment>key</comment>
+        <translation>Fn</translation>
+    </message>
+    <message>
+        <source>Num Lock</source>
+        <comment>key</comment>
+        <translation>Num</translation>
+    </message>
+    <message>
+        <source>Volume Up</source>
+        <comment>key</comment>
+        <translation>Lauter</translation>
+    </message>
+    <message>
+        <source>Volume Down</source>
+        <comment>key</comment>
+        <translation>Leiser</translation>
+    </message>
+    <message>
+        <source>Mute</source>
+        <comment>key</comment>
+        <translation>Stumm</translation>
+    </message>
+    <message>
+        <source>Pad Enter</source>
+        <comment>key</comment>
+        <translation>Ziffernblock Enter</translation>
+    </message>
+    <message>
+        <source>Pad ,</source>
+        <comment>key</comment>
+        <translation>Ziffernblock ,</translation>
+    </message>
+    <message>
+        <source>Eisu</source>
+        <comment>key</comment>
+        <translation>Eisu</translation>
+    </message>
+    <message>
+        <source>Kana</source>
+        <comment>key</comment>
+        <translation>Kana</translation>
+    </message>
+    <message>
+        <source>Menu</source>
+        <comment>key</comment>
+        <translation>Menü</translation>
+    </message>
+    <message>
+        <source>Insert</source>
+        <comment>key</comment>
+        <translation>Einfg</translation>
+    </message>
+    <message>
+        <source>Home</source>
+        <comment>key</comment>
+        <translation>Pos1</translation>
+    </message>
+    <message>
+        <source>Page Up</source>
+        <comment>key</comment>
+        <translation>Bild auf</translation>
+    </message>
+    <message>
+        <source>Delete</source>
+        <comment>key</comment>
+        <translation>Entf</translation>
+    </message>
+    <message>
+        <source>End</source>
+        <comment>key</comment>
+        <translation>Ende</translation>
+    </message>
+    <message>
+        <source>Page Down</source>
+        <comment>key</comment>
+        <translation>Bild ab</translation>
+    </message>
+    <message>
+        <source>Left</source>
+        <comment>key</comment>
+        <translation>Links</translation>
+    </message>
+    <message>
+        <source>Right</source>
+        <comment>key</comment>
+        <translation>Rechts</translation>
+    </message>
+    <message>
+        <source>Down</source>
+        <comment>key</comment>
+        <translation>Ab</translation>
+    </message>
+    <message>
+        <source>Up</source>
+        <comment>key</comment>
+        <translation>Auf</translation>
+    </message>
+    <message>
+        <source>Pad</source>
+        <comment>key</comment>
+        <translation>Ziffernblock</translation>
+    </message>
+    <message>
         <source>No calendar was chosen for it.</source>
         <translation>Es ist kein Kalender dafür gewählt.</translation>
     </message>
