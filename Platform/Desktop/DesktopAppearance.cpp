@@ -76,8 +76,8 @@ void DesktopAppearance::followPortal()
     if (!bus.isConnected())
         return;
 
-    bus.connect(portalService, portalPath, settingsInterface, u"SettingChanged"_s, this,
-        SLOT(settingChanged(QString, QString, QDBusVariant)));
+    bus.connect(
+        portalService, portalPath, settingsInterface, u"SettingChanged"_s, this, SLOT(settingChanged(QDBusMessage)));
     ask(schemeKey);
     ask(accentKey);
 }
@@ -96,10 +96,11 @@ void DesktopAppearance::ask(const QString &key)
     });
 }
 
-void DesktopAppearance::settingChanged(const QString &nameSpace, const QString &key, const QDBusVariant &value)
+void DesktopAppearance::settingChanged(const QDBusMessage &signal)
 {
-    if (nameSpace == appearanceNamespace)
-        take(key, value.variant());
+    const QVariantList arguments = signal.arguments();
+    if (arguments.size() == 3 && arguments.at(0).toString() == appearanceNamespace)
+        take(arguments.at(1).toString(), arguments.at(2));
 }
 
 void DesktopAppearance::take(const QString &key, const QVariant &value)

@@ -6,7 +6,7 @@
 
 #include <optional>
 
-class QDBusVariant;
+class QDBusMessage;
 class QPalette;
 
 enum class ColorScheme { Light, Dark };
@@ -34,7 +34,7 @@ Q_SIGNALS:
     void changed();
 
 private Q_SLOTS:
-    void settingChanged(const QString &nameSpace, const QString &key, const QDBusVariant &value);
+    void settingChanged(const QDBusMessage &signal);
 
 private:
     void ask(const QString &key);
