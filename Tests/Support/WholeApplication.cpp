@@ -1,0 +1,46 @@
+// SPDX-License-Identifier: MIT
+#include "WholeApplication.h"
+
+#include <FolderCalendarStore.h>
+#include <VTMainWindow.h>
+
+using namespace Qt::StringLiterals;
+
+namespace
+{
+
+std::unique_ptr<CalCalendarStore> storeOf(const QString &calendars, Clock &clock)
+{
+    FolderCalendarStore::Options options;
+    options.root = calendars;
+    options.createsDefaultCalendars = true;
+    options.watchesForChanges = false;
+    std::vector<std::unique_ptr<CalendarStoreBackend>> backends;
+    backends.push_back(std::make_unique<FolderCalendarStore>(std::move(options), clock));
+    return std::make_unique<CalCalendarStore>(std::move(backends));
+}
+
+} // namespace
+
+WholeApplication::WholeApplication(const QString &calendars, const QString &home, Clock &clock, const QPalette &palette)
+    : m_defaults(home + u"/vantle.conf"_s)
+    , m_appearance(palette)
+    , m_store(storeOf(calendars, clock))
+    , m_controller({ { *m_store, m_defaults, clock, m_beeper, m_workspace, m_termination, nullptr }, m_appearance,
+          WindowStateFile(home + u"/window.json"_s) })
+{
+    m_controller.awakeFromNib();
+}
+
+CalCalendarItemPtr WholeApplication::itemTitled(const QString &title)
+{
+    for (const CalEventPtr &event : controller().events()) {
+        if (event->title() == title)
+            return event;
+    }
+    for (const CalTaskPtr &task : controller().tasks()) {
+        if (task->title() == title)
+            return task;
+    }
+    return nullptr;
+}
