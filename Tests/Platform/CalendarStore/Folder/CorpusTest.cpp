@@ -6,12 +6,8 @@
 #include <QDirIterator>
 #include <QElapsedTimer>
 #include <QFile>
-#include <QJsonArray>
-#include <QJsonDocument>
-#include <QJsonObject>
 #include <QTest>
 
-#include <algorithm>
 #include <array>
 
 using namespace Qt::StringLiterals;
@@ -59,64 +55,18 @@ void askAround(const FolderCalendarStore &store)
         (void)eventsOn(store, QDate(year, 3, 30));
 }
 
-QStringList strings(const QJsonValue &list)
-{
-    QStringList texts;
-    for (const QJsonValue &each : list.toArray())
-        texts << each.toString();
-    texts.sort();
-    return texts;
-}
-
 } // namespace
 
-// Calendar files of other projects, and damaged ones of our own making: each
-// alone beside good neighbours, and all of them together.
+// Calendar files of other projects: each alone beside good neighbours, and all of them together.
 class CorpusTest final : public QObject
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void ourOwnCasesAreReadAsExpected_data();
-    void ourOwnCasesAreReadAsExpected();
     void theCorpusIsThere();
     void everyFileAloneHidesNoNeighbour();
     void allFilesTogetherHideNoNeighbour();
 };
-
-void CorpusTest::ourOwnCasesAreReadAsExpected_data()
-{
-    QTest::addColumn<QString>("path");
-
-    for (const QString &path : calendarFilesBelow(QStringLiteral(VANTLE_OWN_CORPUS)))
-        QTest::newRow(qPrintable(QFileInfo(path).completeBaseName())) << path;
-}
-
-void CorpusTest::ourOwnCasesAreReadAsExpected()
-{
-    QFETCH(const QString, path);
-    const QByteArray bytes = bytesOf(path);
-    QString expectation = path;
-    expectation.replace(u".ics"_s, u".json"_s);
-    const QJsonObject expected = QJsonDocument::fromJson(bytesOf(expectation)).object();
-    QVERIFY2(!expected.isEmpty(), qPrintable(expectation));
-    const CalendarFolder folder;
-    folder.write(u"c/case.ics"_s, bytes);
-
-    const auto store = folder.openWithoutWatching();
-    const QDate asked = QDate::fromString(expected[u"date"_s].toString(), Qt::ISODate);
-
-    QStringList events;
-    for (const CalEventPtr &event : eventsOn(*store, asked)) {
-        const QString format = event->isAllDay() ? u"yyyy-MM-dd"_s : u"yyyy-MM-ddTHH:mm:ss"_s;
-        events << u"%1 %2 %3"_s.arg(event->startDate().toString(format), event->endDate().toString(format),
-            event->title().value_or(u"(none)"_s));
-    }
-    events.sort();
-    QCOMPARE(events, strings(expected[u"events"_s]));
-    QCOMPARE(sortedTitles(allTasks(*store)), strings(expected[u"todos"_s]));
-    QCOMPARE(folder.read(u"c/case.ics"_s), bytes);
-}
 
 void CorpusTest::theCorpusIsThere()
 {
