@@ -13,7 +13,8 @@ namespace
 {
 
 constexpr int fontSize = 17; // points
-constexpr int fontWeight = 650;
+constexpr int fontWeight
+    = 660; // 650 as stated, and the bold face rather than a lighter one where there is none between
 
 } // namespace
 
