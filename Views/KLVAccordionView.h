@@ -94,6 +94,12 @@ public:
     void updateAVItemViews_repositionViews();
     void updateAVItemViews_scrollToFirstSelection();
 
+    // A refetch gives the list its objects and its selection anew in several steps. Between these two
+    // calls the steps are not drawn; after the second the person's place in the list is as it was, if
+    // the same items are selected, and only rows that look different are repainted.
+    void beginRefetch();
+    void endRefetch();
+
     // In document coordinates: its origin stays 0 however far the list is scrolled.
     QRectF frameRectangle() const;
     // The painter of the drawing in progress; null outside of it.
@@ -197,7 +203,15 @@ private:
     };
     std::map<QString, Observation> m_observations;
 
+    struct Refetch {
+        std::vector<ShownRow> shownRows;
+        QStringList selectedUids;
+        QRect geometry;
+        int scrollOffset;
+    };
+
     std::vector<ShownRow> m_shownRows;
+    std::optional<Refetch> m_refetch;
     QPainter *m_graphicsContext = nullptr;
     std::optional<Press> m_press;
     ControlKey m_currentControl;

@@ -49,8 +49,6 @@ KLVDateBar::KLVDateBar(QWidget *parent)
     layout->addWidget(m_dateLabel, 0, 0);
     layout->addWidget(m_menuButton, 0, 1);
     layout->addWidget(m_dateNavigator, 1, 0, 1, 2);
-
-    setTabOrder(m_dateNavigator, m_menuButton);
 }
 
 void KLVDateBar::paintEvent(QPaintEvent * /*event*/)

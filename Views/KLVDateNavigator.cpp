@@ -58,7 +58,6 @@ KLVDateNavigator::KLVDateNavigator(QWidget *parent)
         m_segments.append(button);
     }
     setFocusStop(middleSegment);
-    setFocusProxy(m_segments.at(middleSegment));
 }
 
 int KLVDateNavigator::tagForSegment(int segment) const
@@ -78,6 +77,20 @@ void KLVDateNavigator::setLabel_forSegment(const QString &label, int segment)
         return;
     button->setText(label);
     button->setAccessibleDescription(label);
+}
+
+void KLVDateNavigator::setTabOrderBetween(QWidget *previous, QWidget *next)
+{
+    // Qt leaves widgets where they are in the order that take no focus at this moment.
+    for (KLVBarButton *button : std::as_const(m_segments))
+        button->setFocusPolicy(Qt::TabFocus);
+    QWidget *last = previous;
+    for (KLVBarButton *button : std::as_const(m_segments)) {
+        setTabOrder(last, button);
+        last = button;
+    }
+    setTabOrder(last, next);
+    setFocusStop(m_focusStop);
 }
 
 QSize KLVDateNavigator::sizeHint() const
@@ -135,9 +148,9 @@ void KLVDateNavigator::moveFocus(int from, int step)
 // The tab key stops at one segment, the one that was used last.
 void KLVDateNavigator::setFocusStop(int segment)
 {
+    m_focusStop = segment;
     for (int i = 0; i < segmentCount; ++i)
         m_segments.at(i)->setFocusPolicy(i == segment ? Qt::TabFocus : Qt::NoFocus);
-    setFocusProxy(m_segments.at(segment));
 }
 
 void KLVDateNavigator::resizeEvent(QResizeEvent *event)

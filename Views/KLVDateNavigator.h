@@ -35,6 +35,9 @@ public:
     QString labelForSegment(int segment) const;
     void setLabel_forSegment(const QString &label, int segment);
 
+    // Puts the segments between two other stops of the tab key.
+    void setTabOrderBetween(QWidget *previous, QWidget *next);
+
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override;
 
@@ -55,5 +58,6 @@ private:
 
     QList<KLVBarButton *> m_segments;
     int m_selectedSegment = middleSegment;
+    int m_focusStop = middleSegment;
     int m_tag = 0;
 };

@@ -13,8 +13,8 @@ namespace
 {
 
 constexpr int fontSize = 17; // points
-constexpr int fontWeight
-    = 660; // 650 as stated, and the bold face rather than a lighter one where there is none between
+// Stated as 650. A family without that weight is to give its bold face, not the rows' semi-bold one.
+constexpr int fontWeight = 660;
 
 } // namespace
 
