@@ -37,17 +37,14 @@ QSize pixels(const QSizeF &points)
     return { qRound(metrics.length(points.width())), qRound(metrics.length(points.height())) };
 }
 
-QString translated(const char *text)
-{
-    return QCoreApplication::translate("Vantle", text);
-}
-
 } // namespace
 
 VTMainWindow::VTMainWindow(QWidget *parent)
     : QMainWindow(parent)
     , m_dateBar(new KLVDateBar(this))
     , m_splitView(new KLVSplitView(this))
+    , m_eventsAccordion(new KLVAccordionView(this))
+    , m_tasksAccordion(new KLVAccordionView(this))
     , m_menu(new QMenu(this))
 {
     setObjectName(u"mainWindow"_s);
@@ -67,40 +64,44 @@ VTMainWindow::VTMainWindow(QWidget *parent)
     m_dateBar->setObjectName(u"dateBar"_s);
 
     buildMenu();
+    // From the top of the window to its bottom and round again, beginning with the lists.
     setTabOrder(m_eventsAccordion, m_tasksAccordion);
-    setTabOrder(m_tasksAccordion, m_dateBar->dateNavigator());
-    setTabOrder(m_dateBar->dateNavigator(), m_dateBar->menuButton());
+    m_dateBar->dateNavigator()->setTabOrderBetween(m_tasksAccordion, m_dateBar->menuButton());
 }
 
 void VTMainWindow::buildLists()
 {
     m_splitView->setObjectName(u"splitView"_s);
-    m_eventsAccordion = new KLVAccordionView(m_splitView);
-    m_eventsAccordion->setObjectName(u"eventsAccordion"_s);
     m_eventsAccordion->setAccessibleName(QCoreApplication::translate("Vantle", "Events"));
-    m_tasksAccordion = new KLVAccordionView(m_splitView);
-    m_tasksAccordion->setObjectName(u"tasksAccordion"_s);
+    m_eventsScrollArea = addList(m_eventsAccordion, u"eventsAccordion"_s);
     m_tasksAccordion->setAccessibleName(QCoreApplication::translate("Vantle", "To dos"));
-
-    for (KLVAccordionView *list : { m_eventsAccordion, m_tasksAccordion }) {
-        auto *area = new KLVAccordionScrollArea(list, m_splitView);
-        area->setObjectName(list->objectName() + u"ScrollArea"_s);
-        area->setMinimumHeight(qRound(KLVMetrics(QApplication::font()).length(smallestPane)));
-        m_splitView->addWidget(area);
-    }
+    addList(m_tasksAccordion, u"tasksAccordion"_s);
     // Two thirds for the events.
     m_splitView->setSizes({ 2 * height(), height() });
+}
+
+KLVAccordionScrollArea *VTMainWindow::addList(KLVAccordionView *list, const QString &name)
+{
+    auto *area = new KLVAccordionScrollArea(list, m_splitView);
+    list->setObjectName(name);
+    area->setObjectName(name + u"ScrollArea"_s);
+    area->setMinimumHeight(qRound(KLVMetrics(QApplication::font()).length(smallestPane)));
+    m_splitView->addWidget(area);
+    return area;
 }
 
 void VTMainWindow::buildMenu()
 {
     m_menu->setObjectName(u"mainMenu"_s);
-    m_menu->setAccessibleName(translated("Menu"));
-    addGoAction(translated("Today"), Qt::CTRL | Qt::Key_T, 0, u"goToToday"_s);
-    addGoAction(translated("Previous Day"), Qt::CTRL | Qt::Key_Left, -1, u"goToPreviousDay"_s);
-    addGoAction(translated("Next Day"), Qt::CTRL | Qt::Key_Right, 1, u"goToNextDay"_s);
-    addGoAction(translated("Previous Week"), Qt::CTRL | Qt::SHIFT | Qt::Key_Left, -daysPerWeek, u"goToPreviousWeek"_s);
-    addGoAction(translated("Next Week"), Qt::CTRL | Qt::SHIFT | Qt::Key_Right, daysPerWeek, u"goToNextWeek"_s);
+    m_menu->setAccessibleName(QCoreApplication::translate("Vantle", "Menu"));
+    addGoAction(QCoreApplication::translate("Vantle", "Today"), Qt::CTRL | Qt::Key_T, 0, u"goToToday"_s);
+    addGoAction(
+        QCoreApplication::translate("Vantle", "Previous Day"), Qt::CTRL | Qt::Key_Left, -1, u"goToPreviousDay"_s);
+    addGoAction(QCoreApplication::translate("Vantle", "Next Day"), Qt::CTRL | Qt::Key_Right, 1, u"goToNextDay"_s);
+    addGoAction(QCoreApplication::translate("Vantle", "Previous Week"), Qt::CTRL | Qt::SHIFT | Qt::Key_Left,
+        -daysPerWeek, u"goToPreviousWeek"_s);
+    addGoAction(QCoreApplication::translate("Vantle", "Next Week"), Qt::CTRL | Qt::SHIFT | Qt::Key_Right, daysPerWeek,
+        u"goToNextWeek"_s);
     m_menu->addSeparator();
     m_toogleDateBarAction = m_menu->addAction(QString());
     m_toogleDateBarAction->setObjectName(u"toogleDateBar"_s);

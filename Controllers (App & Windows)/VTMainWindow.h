@@ -29,6 +29,8 @@ public:
     KLVAccordionView *eventsAccordion() const { return m_eventsAccordion; }
     KLVAccordionView *tasksAccordion() const { return m_tasksAccordion; }
 
+    KLVAccordionScrollArea *eventsScrollArea() const { return m_eventsScrollArea; }
+
     QMenu *menu() const { return m_menu; }
     // Today, previous and next day, previous and next week: each with its number of days as property "tag".
     QList<QAction *> goActions() const { return m_goActions; }
@@ -52,6 +54,7 @@ protected:
 
 private:
     void buildLists();
+    KLVAccordionScrollArea *addList(KLVAccordionView *list, const QString &name);
     void buildMenu();
     QAction *addGoAction(const QString &text, const QKeySequence &shortcut, int tag, const QString &objectName);
     void restoreFrame(const QRect &frame);
@@ -59,8 +62,9 @@ private:
 
     KLVDateBar *m_dateBar;
     KLVSplitView *m_splitView;
-    KLVAccordionView *m_eventsAccordion = nullptr;
-    KLVAccordionView *m_tasksAccordion = nullptr;
+    KLVAccordionView *m_eventsAccordion;
+    KLVAccordionView *m_tasksAccordion;
+    KLVAccordionScrollArea *m_eventsScrollArea = nullptr;
     QMenu *m_menu;
     QList<QAction *> m_goActions;
     QAction *m_toogleDateBarAction = nullptr;

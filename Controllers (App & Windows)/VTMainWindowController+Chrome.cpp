@@ -4,6 +4,7 @@
 #include "VTMainWindow.h"
 
 #include <CalCalendarItem.h>
+#include <KLVAccordionScrollArea.h>
 #include <KLVAccordionView.h>
 #include <KLVDateBar.h>
 #include <KLVDateNavigator.h>
@@ -15,6 +16,7 @@
 #include <QAction>
 #include <QApplication>
 #include <QLabel>
+#include <QScrollBar>
 
 using namespace Qt::StringLiterals;
 
@@ -63,6 +65,23 @@ void VTMainWindowController::setUpLists()
     tasksAccordion()->bind_toObject_withKeyPath_options(u"representedObjects"_s, this, u"tasks"_s);
     for (KLVAccordionView *list : { eventsAccordion(), tasksAccordion() })
         list->bind_toObject_withKeyPath_options(u"selectedObjects"_s, this, u"selectedCalItems"_s);
+}
+
+void VTMainWindowController::refresh(const std::function<void()> &steps)
+{
+    const QList<KLVAccordionView *> lists
+        = m_window ? QList<KLVAccordionView *> { eventsAccordion(), tasksAccordion() } : QList<KLVAccordionView *>();
+    for (KLVAccordionView *list : lists)
+        list->beginRefetch();
+    steps();
+    for (KLVAccordionView *list : lists)
+        list->endRefetch();
+}
+
+void VTMainWindowController::scrollEventsToTop()
+{
+    if (m_window)
+        m_window->eventsScrollArea()->verticalScrollBar()->setValue(0);
 }
 
 KLVDateNavigator *VTMainWindowController::dateNavigator() const

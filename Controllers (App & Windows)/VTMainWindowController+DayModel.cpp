@@ -78,10 +78,12 @@ void VTMainWindowController::saveDefaults()
 void VTMainWindowController::observeValueForKeyPath_ofObject_change_context(
     const QString &keyPath, KeyValueObject * /*object*/, const KeyValueChange & /*change*/, void * /*context*/)
 {
-    if (keyPath != taskSortMethodKey)
-        updateCalItems();
-    updateControls();
-    sortTasks();
+    refresh([&] {
+        if (keyPath != taskSortMethodKey)
+            updateCalItems();
+        updateControls();
+        sortTasks();
+    });
 }
 
 void VTMainWindowController::setDateProperty(const QDateTime &date)
@@ -91,6 +93,10 @@ void VTMainWindowController::setDateProperty(const QDateTime &date)
 
 void VTMainWindowController::setDate(const QDateTime &date)
 {
+    // Another day is read from its beginning; a refetch of the same one stays where the person is.
+    if (date.toLocalTime().date() != m_dateProperty.toLocalTime().date())
+        scrollEventsToTop();
+
     willChangeValueForKey(dateKey);
     setDateProperty(date);
     updateDateRefresher();
@@ -198,12 +204,14 @@ void VTMainWindowController::sortTasks()
 void VTMainWindowController::calStoreDidChange()
 {
     // The lists look at the selection anew when it is taken away and put back.
-    const auto selected = m_selectedCalItemUID;
-    setSelectedCalItemUID(std::nullopt);
-    updateCalItems();
-    updateControls();
-    sortTasks();
-    setSelectedCalItemUID(selected);
+    refresh([this] {
+        const auto selected = m_selectedCalItemUID;
+        setSelectedCalItemUID(std::nullopt);
+        updateCalItems();
+        updateControls();
+        sortTasks();
+        setSelectedCalItemUID(selected);
+    });
 
     if (m_firstSelectionIsArmed)
         selectFirstItem();

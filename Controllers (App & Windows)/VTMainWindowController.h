@@ -15,6 +15,7 @@
 #include <QPointer>
 #include <QStringList>
 
+#include <functional>
 #include <memory>
 #include <optional>
 
@@ -188,6 +189,8 @@ private:
 
     void readSettings();
     void observeSettings();
+    // The steps of a refresh, with the lists told that they belong together.
+    void refresh(const std::function<void()> &steps);
     VTDayQuestion dayQuestion() const;
     void updateDateRefresher();
     void storeWasLoaded();
@@ -201,6 +204,7 @@ private:
     void showInICal(const CalCalendarItemPtr &item);
 
     void setUpLists();
+    void scrollEventsToTop();
     void connectControls();
 
     VTMainWindowServices m_services;
