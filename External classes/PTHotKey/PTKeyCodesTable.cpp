@@ -61,7 +61,7 @@ constexpr auto translatableNames = std::to_array<TranslatableName>({
 QString localizedName(const QString &name)
 {
     const QByteArray wanted = name.toUtf8();
-    const auto found = std::ranges::find_if(
+    const auto *const found = std::ranges::find_if(
         translatableNames, [&wanted](const TranslatableName &candidate) { return wanted == candidate.name; });
     return found == translatableNames.end() ? name : QCoreApplication::translate("Vantle", found->name, found->role);
 }

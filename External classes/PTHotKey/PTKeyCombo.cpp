@@ -148,7 +148,7 @@ QString PTKeyCombo::stringForKeyCode_newKeyCodeMap(
     if (name.isValid())
         return name.toString();
 
-    const QString character = translator.translateKeyCode(keyCode).toUpper();
+    QString character = translator.translateKeyCode(keyCode).toUpper();
     if (!table.value(u"padKeys"_s).toList().contains(number))
         return character;
     return table.value(u"padKeyString"_s).toString() + u' ' + character;

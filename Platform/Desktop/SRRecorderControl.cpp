@@ -205,11 +205,10 @@ bool SRRecorderControl::event(QEvent *event)
 
 void SRRecorderControl::keyPressEvent(QKeyEvent *event)
 {
-    if (event->isAutoRepeat() || !hasNoModifiers(*event))
-        event->ignore();
-    else if (isStartKey(event->key()))
+    const bool isCommand = !event->isAutoRepeat() && hasNoModifiers(*event);
+    if (isCommand && isStartKey(event->key()))
         startRecording();
-    else if (isDeleteKey(event->key()))
+    else if (isCommand && isDeleteKey(event->key()))
         clear();
     else
         event->ignore();

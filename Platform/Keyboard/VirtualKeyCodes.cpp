@@ -147,13 +147,13 @@ template <typename Value> bool isOneOf(std::initializer_list<Value> values, Valu
 
 std::optional<int> evdevCodeForVirtualKey(qint64 virtualKey)
 {
-    const auto row = std::ranges::find(keyTable, virtualKey, &KeyCodes::virtualKey);
+    const auto *const row = std::ranges::find(keyTable, virtualKey, &KeyCodes::virtualKey);
     return row == keyTable.end() ? std::nullopt : std::optional(row->evdev);
 }
 
 std::optional<int> virtualKeyForEvdevCode(qint64 evdev)
 {
-    const auto row = std::ranges::find(keyTable, evdev, &KeyCodes::evdev);
+    const auto *const row = std::ranges::find(keyTable, evdev, &KeyCodes::evdev);
     return row == keyTable.end() ? std::nullopt : std::optional(row->virtualKey);
 }
 

@@ -19,7 +19,7 @@ namespace
 {
 
 struct FreeMemory {
-    void operator()(void *memory) const { std::free(memory); } // NOLINT(cppcoreguidelines-no-malloc): xcb's own memory
+    void operator()(void *memory) const { std::free(memory); }
 };
 template <typename Value> using XcbMemory = std::unique_ptr<Value, FreeMemory>;
 
