@@ -412,5 +412,108 @@
         <source>No to dos</source>
         <translation>Keine Aufgaben</translation>
     </message>
+    <message>
+        <source>repeats</source>
+        <translation>wiederholt sich</translation>
+    </message>
+    <message>
+        <source>has an alarm</source>
+        <translation>mit Erinnerung</translation>
+    </message>
+    <message>
+        <source>has attendees</source>
+        <translation>mit Teilnehmern</translation>
+    </message>
+    <message>
+        <source>has notes</source>
+        <translation>mit Notizen</translation>
+    </message>
+    <message>
+        <source>has a link</source>
+        <translation>mit Link</translation>
+    </message>
+    <message>
+        <source>location</source>
+        <translation>Ort</translation>
+    </message>
+    <message>
+        <source>attendees</source>
+        <translation>Gäste</translation>
+    </message>
+    <message>
+        <source>url</source>
+        <translation>Link</translation>
+    </message>
+    <message>
+        <source>notes</source>
+        <translation>Notizen</translation>
+    </message>
+    <message>
+        <source>all day</source>
+        <translation>ganztägig</translation>
+    </message>
+    <message>
+        <source>Anon</source>
+        <translation>Anonym</translation>
+    </message>
+    <message>
+        <source>%1 to %2</source>
+        <extracomment>The start and the end of an event, for screen readers</extracomment>
+        <translation>%1 bis %2</translation>
+    </message>
+    <message>
+        <source>cancelled</source>
+        <translation>abgesagt</translation>
+    </message>
+    <message>
+        <source>high priority</source>
+        <translation>hohe Priorität</translation>
+    </message>
+    <message>
+        <source>medium priority</source>
+        <translation>mittlere Priorität</translation>
+    </message>
+    <message>
+        <source>low priority</source>
+        <translation>niedrige Priorität</translation>
+    </message>
+    <message>
+        <source>completed</source>
+        <translation>erledigt</translation>
+    </message>
+    <message>
+        <source>d MMM</source>
+        <translation>d. MMM</translation>
+    </message>
+    <message>
+        <source>today</source>
+        <translation>heute</translation>
+    </message>
+    <message>
+        <source>tomorrow</source>
+        <translation>morgen</translation>
+    </message>
+    <message>
+        <source>yesterday</source>
+        <translation>gestern</translation>
+    </message>
+    <message>
+        <source>ddd d MMM</source>
+        <translation>ddd d. MMM</translation>
+    </message>
+    <message>
+        <source>d MMM yyyy</source>
+        <translation>d. MMM yyyy</translation>
+    </message>
+    <message>
+        <source>%1, %2</source>
+        <extracomment>A day (&quot;yesterday&quot;, &quot;Mon 23 Nov&quot;) and a time of day</extracomment>
+        <translation>%1, %2</translation>
+    </message>
+    <message>
+        <source>due %1</source>
+        <extracomment>When a to-do is due: &quot;due yesterday, 18:00&quot;, &quot;due Sun 22 Nov&quot;</extracomment>
+        <translation>fällig %1</translation>
+    </message>
 </context>
 </TS>
