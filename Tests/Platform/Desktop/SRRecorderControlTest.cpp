@@ -5,7 +5,6 @@
 #include <ModifierFlags.h>
 
 #include <QAbstractButton>
-#include <QAccessible>
 #include <QAction>
 #include <QSignalSpy>
 #include <QTest>
@@ -91,9 +90,6 @@ private Q_SLOTS:
     void otherKeysAreLeftToTheWindow();
     void layoutSwitchChangesTheShownName();
     void recordingIsTold();
-    void assistiveTechnologyReadsTheField();
-    void assistiveTechnologyRecordsAndClears();
-    void disabledFieldOffersNoActions();
     void sizeFollowsTheFont();
 
 private:
@@ -556,51 +552,6 @@ void SRRecorderControlTest::recordingIsTold()
 
     press(recorder, Qt::Key_V, Qt::ControlModifier, scanCodeV);
     QCOMPARE(ends.count(), 1);
-}
-
-void SRRecorderControlTest::assistiveTechnologyReadsTheField()
-{
-    QAccessibleInterface *field = QAccessible::queryAccessibleInterface(recorder);
-    QVERIFY(field);
-
-    QCOMPARE(field->role(), QAccessible::Button);
-    QCOMPARE(field->text(QAccessible::Name), u"New event"_s);
-    QCOMPARE(field->text(QAccessible::Value), u"(None)"_s);
-    recorder->setKeyCombo({ .flags = optionAndControl, .code = 9 });
-    QCOMPARE(field->text(QAccessible::Value), u"Alt+Ctrl+V"_s);
-    QCOMPARE(field->text(QAccessible::Description), u"Alt+Ctrl+V"_s);
-    recorder->startRecording();
-    QCOMPARE(field->text(QAccessible::Description), u"Recording: Press the keys"_s);
-    QVERIFY(field->state().pressed);
-    QVERIFY(field->state().focused);
-}
-
-void SRRecorderControlTest::assistiveTechnologyRecordsAndClears()
-{
-    recorder->setKeyCombo({ .flags = optionAndControl, .code = 9 });
-    QAccessibleActionInterface *actions = QAccessible::queryAccessibleInterface(recorder)->actionInterface();
-    QVERIFY(actions);
-    QVERIFY(actions->actionNames().contains(u"Clear"_s));
-
-    actions->doAction(QAccessibleActionInterface::pressAction());
-    QVERIFY(recorder->isRecording());
-    actions->doAction(QAccessibleActionInterface::pressAction());
-    QVERIFY(!recorder->isRecording());
-    actions->doAction(u"Clear"_s);
-    QVERIFY(recorder->keyCombo().isClear());
-    QVERIFY(!actions->actionNames().contains(u"Clear"_s));
-}
-
-void SRRecorderControlTest::disabledFieldOffersNoActions()
-{
-    recorder->setEnabled(false);
-    QAccessibleInterface *field = QAccessible::queryAccessibleInterface(recorder);
-
-    field->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
-
-    QVERIFY(!recorder->isRecording());
-    QVERIFY(!field->actionInterface()->actionNames().contains(QAccessibleActionInterface::pressAction()));
-    QVERIFY(field->state().disabled);
 }
 
 void SRRecorderControlTest::sizeFollowsTheFont()
