@@ -109,13 +109,16 @@ bool X11HotKeys::prepareKeyboard()
     return true;
 }
 
-std::chrono::milliseconds X11HotKeys::repeatDelay() const
+// How long it may take until a held key repeats for the first time. The server's
+// timer is not exact, and we may be busy.
+std::chrono::milliseconds X11HotKeys::longestRepeatDelay() const
 {
     constexpr std::chrono::milliseconds usualDelay { 660 };
+    constexpr std::chrono::milliseconds margin { 250 };
     xcb_connection_t *x = m_connection.get();
     const XcbMemory<xcb_xkb_get_controls_reply_t> controls(
         xcb_xkb_get_controls_reply(x, xcb_xkb_get_controls(x, coreKeyboard), nullptr));
-    return controls ? std::chrono::milliseconds(controls->repeatDelay) : usualDelay;
+    return margin + (controls ? std::chrono::milliseconds(controls->repeatDelay) : usualDelay);
 }
 
 bool X11HotKeys::isDown(quint8 keycode) const
@@ -145,7 +148,7 @@ Result<void> X11HotKeys::grabKeys(const Keys &keys)
     // A key that is held while it is grabbed (a recorder field took it just now)
     // goes on repeating into the grab. That is no press.
     if (!m_heldKeys.value(keys.keycode).id && isDown(keys.keycode))
-        m_heldKeys.insert(keys.keycode, { std::nullopt, QDeadlineTimer(repeatDelay()) });
+        m_heldKeys.insert(keys.keycode, { std::nullopt, QDeadlineTimer(longestRepeatDelay()) });
 
     // With owner_events, the release would go to our own focused window.
     constexpr quint8 ownerEvents = 0;

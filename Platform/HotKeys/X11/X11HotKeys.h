@@ -60,7 +60,7 @@ private:
     };
 
     bool prepareKeyboard();
-    std::chrono::milliseconds repeatDelay() const;
+    std::chrono::milliseconds longestRepeatDelay() const;
     bool isDown(quint8 keycode) const;
 
     Result<Keys> findKeys(int virtualKey, quint32 modifiers) const;
