@@ -42,6 +42,7 @@ QPixmap picture(const Scene &scene)
     ManualClock clock(QDateTime(shownDay, QTime(10, 5)));
     WholeApplication application(scene.calendars, home.path(), clock, platformPalette(scene.isDark));
     application.window().resize(scene.size);
+    QApplication::processEvents(); // a selection is brought into sight of the window as it is
     if (scene.daysOn != 0)
         application.controller().setDate(QDateTime(shownDay.addDays(scene.daysOn), QTime(10, 5)));
     if (!scene.selectedTitle.isEmpty()) {
