@@ -17,7 +17,8 @@ bool VTLocationIsAvalible(const CalEvent &event)
 
 void VTUpdatePropertiesFromEvent(CalEvent &event, const CalEvent &source)
 {
-    const CalAlarmList alarms = source.alarms(); // the source may be the event itself
+    // A copy, for the source may be the event itself. NOLINTNEXTLINE(performance-unnecessary-copy-initialization)
+    const CalAlarmList alarms = source.alarms();
 
     event.setCalendar(source.calendar());
     event.setNotes(source.notes());

@@ -48,7 +48,8 @@ CalTaskPtr VTDeepCopy(const CalTask &task)
 
 void VTUpdatePropertiesFromTask(CalTask &task, const CalTask &source)
 {
-    const CalAlarmList alarms = source.alarms(); // the source may be the to-do itself
+    // A copy, for the source may be the to-do itself. NOLINTNEXTLINE(performance-unnecessary-copy-initialization)
+    const CalAlarmList alarms = source.alarms();
 
     task.setCalendar(source.calendar());
     task.setTitle(source.title());

@@ -194,7 +194,7 @@ bool VTMainWindowController::accordionView_mouseDown_forRepresentedObject(
     return true;
 }
 
-void VTMainWindowController::showInICal(const CalCalendarItemPtr &item)
+void VTMainWindowController::showInICal(const CalCalendarItemPtr &item) const
 {
     if (m_services.calendarApplication)
         ::showInICal(*item, *m_services.calendarApplication);

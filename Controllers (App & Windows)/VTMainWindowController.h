@@ -201,7 +201,7 @@ private:
     void validateSelection();
     void moveFirstResponder(KLVAccordionView *from, KLVAccordionView *to);
     void makeFirstResponder(KLVAccordionView *view);
-    void showInICal(const CalCalendarItemPtr &item);
+    void showInICal(const CalCalendarItemPtr &item) const;
 
     void setUpLists();
     void scrollEventsToTop();

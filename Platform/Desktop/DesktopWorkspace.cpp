@@ -76,7 +76,7 @@ void DesktopWorkspace::openURL(const QUrl &url)
 QString readableTarget(const QUrl &url)
 {
     // Percent notation leaves nothing but ASCII: no character that hides or turns the reading direction.
-    const QString target = url.toString(QUrl::FullyEncoded);
+    QString target = url.toString(QUrl::FullyEncoded);
     if (target.size() <= longestShownTarget)
         return target;
     return target.left(longestShownTarget) + u"…"_s;

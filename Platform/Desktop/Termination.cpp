@@ -75,7 +75,7 @@ SystemTermination::~SystemTermination()
     writeEnd = -1;
 }
 
-void SystemTermination::readSignal()
+void SystemTermination::readSignal() const
 {
     std::array<char, 16> bytes {};
     while (::read(m_readEnd, bytes.data(), bytes.size()) > 0) { }

@@ -32,7 +32,7 @@ public:
     ~SystemTermination() override;
 
 private:
-    void readSignal();
+    void readSignal() const;
 
     int m_readEnd = -1;
 };

@@ -26,8 +26,8 @@ KeyValueObject::~KeyValueObject() = default;
 
 KeyValueObject::KeyValueObject(const KeyValueObject &) { }
 
-KeyValueObject &KeyValueObject::operator=(
-    const KeyValueObject &) // NOLINT(bugprone-unhandled-self-assignment): observers stay
+// Observers stay with their object. NOLINTNEXTLINE(bugprone-unhandled-self-assignment)
+KeyValueObject &KeyValueObject::operator=(const KeyValueObject &)
 {
     return *this;
 }

@@ -106,8 +106,7 @@ std::vector<GroupRef> EventIndex::candidates(UtcSeconds from, UtcSeconds to) con
         }
     }
     std::ranges::sort(found);
-    const auto rest = std::ranges::unique(found);
-    found.erase(rest.begin(), rest.end());
+    found.erase(std::unique(found.begin(), found.end()), found.end());
     return found;
 }
 

@@ -52,7 +52,7 @@ const Expansion &ExpansionCache::expansion(
     window.expansion = expand(ref, window.from, window.to, local);
     if (window.expansion.repeatsTooOften && !isExact)
         window = { from, to, expand(ref, from, to, local) };
-    return m_windows.insert(ref, std::move(window))->expansion;
+    return m_windows.insert(ref, window)->expansion;
 }
 
 void ExpansionCache::forget(const FileSnapshot &file)

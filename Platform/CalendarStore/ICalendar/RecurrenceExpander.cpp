@@ -263,7 +263,8 @@ Expansion Series::expand(UtcSeconds from, UtcSeconds to)
         takeAddedDates();
         // One instant makes one occurrence, however many rules and dates name it.
         std::ranges::stable_sort(m_made, {}, &Made::start);
-        m_made.erase(std::ranges::unique(m_made, {}, &Made::start).begin(), m_made.end());
+        const auto startsTogether = [](const Made &a, const Made &b) { return a.start == b.start; };
+        m_made.erase(std::unique(m_made.begin(), m_made.end(), startsTogether), m_made.end());
     }
     takeOverrides();
     std::ranges::stable_sort(m_made, {}, &Made::start);

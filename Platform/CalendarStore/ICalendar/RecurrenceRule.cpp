@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "RecurrenceRule.h"
 
+#include <QList>
+
 #include <algorithm>
 #include <array>
 
@@ -18,7 +20,7 @@ std::optional<RecurrenceRule::Frequency> parsedFrequency(const QByteArray &text)
 {
     static const std::array<QByteArray, 7> names { "SECONDLY", "MINUTELY", "HOURLY", "DAILY", "WEEKLY", "MONTHLY",
         "YEARLY" };
-    const auto found = std::ranges::find(names, text);
+    const auto *const found = std::ranges::find(names, text);
     if (found == names.end())
         return std::nullopt;
     return static_cast<RecurrenceRule::Frequency>(found - names.begin());
@@ -27,7 +29,7 @@ std::optional<RecurrenceRule::Frequency> parsedFrequency(const QByteArray &text)
 std::optional<int> parsedWeekday(QByteArrayView text)
 {
     static const std::array<QByteArray, 7> names { "SU", "MO", "TU", "WE", "TH", "FR", "SA" };
-    const auto found = std::ranges::find(names, text);
+    const auto *const found = std::ranges::find(names, text);
     if (found == names.end())
         return std::nullopt;
     return static_cast<int>(found - names.begin());

@@ -343,8 +343,9 @@ void RuleWalker::applyPositions()
             indexes.push_back(index);
     }
     std::ranges::sort(indexes);
-    indexes.erase(std::ranges::unique(indexes).begin(), indexes.end());
+    indexes.erase(std::unique(indexes.begin(), indexes.end()), indexes.end());
     std::vector<CivilSeconds> chosen;
+    chosen.reserve(indexes.size());
     for (const qint64 index : indexes)
         chosen.push_back(m_candidates[static_cast<std::size_t>(index)]);
     m_candidates = std::move(chosen);
@@ -353,7 +354,7 @@ void RuleWalker::applyPositions()
 quint32 RuleWalker::allowedDays(int year, int month) const
 {
     const int days = daysInMonth(year, month);
-    const quint32 all = static_cast<quint32>((quint64 { 1 } << (days + 1)) - 2);
+    const auto all = static_cast<quint32>((quint64 { 1 } << (days + 1)) - 2);
     if (m_rule.monthDays.empty())
         return all;
     quint32 allowed = 0;

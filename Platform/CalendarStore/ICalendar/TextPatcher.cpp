@@ -3,6 +3,9 @@
 
 #include "PropertyLine.h"
 
+#include <QString>
+#include <QStringBuilder>
+
 #include <algorithm>
 #include <utility>
 
