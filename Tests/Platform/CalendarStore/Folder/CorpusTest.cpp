@@ -1,11 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "CalendarFolder.h"
+#include "CorpusFiles.h"
 #include "TestRegistry.h"
 
-#include <QDir>
-#include <QDirIterator>
 #include <QElapsedTimer>
-#include <QFile>
 #include <QTest>
 
 #include <array>
@@ -18,22 +16,6 @@ namespace
 const QDate day(2026, 3, 11);
 constexpr qint64 mostMillisecondsPerFile = 3 * 2000; // three times the goal, for a busy machine
 constexpr qsizetype fewestCorpusFiles = 500;
-
-QByteArray bytesOf(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
-QStringList calendarFilesBelow(const QString &folder)
-{
-    QStringList paths;
-    QDirIterator each(folder, { u"*.ics"_s }, QDir::Files, QDirIterator::Subdirectories);
-    while (each.hasNext())
-        paths << each.next();
-    paths.sort();
-    return paths;
-}
 
 void writeNeighbours(const CalendarFolder &folder)
 {

@@ -1,10 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "CalendarFolder.h"
+#include "CorpusFiles.h"
 #include "TestRegistry.h"
 
-#include <QDir>
-#include <QDirIterator>
-#include <QFile>
+#include <QFileInfo>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -14,22 +13,6 @@ using namespace Qt::StringLiterals;
 
 namespace
 {
-
-QByteArray bytesOf(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
-QStringList calendarFilesBelow(const QString &folder)
-{
-    QStringList paths;
-    QDirIterator each(folder, { u"*.ics"_s }, QDir::Files, QDirIterator::Subdirectories);
-    while (each.hasNext())
-        paths << each.next();
-    paths.sort();
-    return paths;
-}
 
 QStringList strings(const QJsonValue &list)
 {
