@@ -68,12 +68,13 @@ public:
         const bool hasInterval = below(2) == 0;
         if (hasInterval)
             rule += ";INTERVAL=" + QByteArray::number(1 + below(5));
-        // Steps of days and weeks beside BYMONTH are left out: there the library gives other days.
+        // Steps of days and weeks beside BYMONTH are left out: the library disagrees on some of them. The days
+        // of the table and the plain definition in RuleByDefinitionTest tell what is right there.
         const bool hasMonth = below(3) == 0 && (frequency >= 2 || !hasInterval);
         if (hasMonth)
             rule += ";BYMONTH=" + list(1, 12, 3);
         // BYMONTHDAY expands a year (RFC 5545, table of section 3.3.10) through all its months; the library
-        // keeps to the month of the start.
+        // keeps to the month of the start. Those are checked there too.
         const bool mayNameMonthDays = frequency == 0 || frequency == 2 || (frequency == 3 && hasMonth);
         if (mayNameMonthDays && below(3) == 0)
             rule += ";BYMONTHDAY=" + list(1, 31, 4);
@@ -114,6 +115,12 @@ private:
     std::mt19937 m_random { 1234 };
 };
 
+int countOfRules(int usual)
+{
+    constexpr int longer = 50;
+    return qEnvironmentVariableIsSet("VANTLE_LONG_TESTS") ? usual * longer : usual;
+}
+
 } // namespace
 
 class RuleWalkerTest : public QObject
@@ -132,7 +139,7 @@ void RuleWalkerTest::agreesWithAnotherImplementation()
     RandomRules rules;
     int compared = 0;
 
-    for (int i = 0; i < 1'500; ++i) {
+    for (int i = 0; i < countOfRules(1'500); ++i) {
         const QByteArray rule = rules.next();
         const CivilSeconds start
             = (dayNumber(2019, 1, 1) + rules.below(1'500)) * secondsPerDay + rules.below(1'440) * secondsPerMinute;
@@ -146,7 +153,7 @@ void RuleWalkerTest::agreesWithAnotherImplementation()
         QVERIFY2(expected.empty() || found.size() == expected.size(), rule.constData());
     }
 
-    QVERIFY(compared > 1'000);
+    QVERIFY(compared > countOfRules(1'000));
 }
 
 void RuleWalkerTest::beginningAnywhereGivesTheSame()
@@ -154,7 +161,7 @@ void RuleWalkerTest::beginningAnywhereGivesTheSame()
     RandomRules rules;
     constexpr CivilSeconds start = dayNumber(2019, 3, 5) * secondsPerDay + 9 * secondsPerHour;
 
-    for (int i = 0; i < 500; ++i) {
+    for (int i = 0; i < countOfRules(500); ++i) {
         const QByteArray rule = rules.next();
         const CivilSeconds from = start + static_cast<CivilSeconds>(rules.below(2'000)) * secondsPerDay;
         std::vector<CivilSeconds> expected = walked(rule, start, start, 8'000);
@@ -174,7 +181,7 @@ void RuleWalkerTest::countedFromTheStartGivesTheSame()
     RandomRules rules;
     constexpr CivilSeconds start = dayNumber(2019, 3, 5) * secondsPerDay + 9 * secondsPerHour;
 
-    for (int i = 0; i < 500; ++i) {
+    for (int i = 0; i < countOfRules(500); ++i) {
         const QByteArray rule = rules.next();
         const auto count = static_cast<std::size_t>(1 + rules.below(100));
         std::vector<CivilSeconds> expected = walked(rule, start, start, 100);
