@@ -7,9 +7,10 @@
 #include <TextPatcher.h>
 #include <ZoneRegistry.h>
 
-#include <QElapsedTimer>
 #include <QTest>
 
+#include <algorithm>
+#include <ctime>
 #include <random>
 
 using namespace ICalendar;
@@ -85,6 +86,18 @@ void use(const QByteArray &text, ZoneRegistry &zones)
     }
 }
 
+int countOfFiles(int usual)
+{
+    constexpr int longer = 50;
+    return qEnvironmentVariableIsSet("VANTLE_LONG_TESTS") ? usual * longer : usual;
+}
+
+// Of the processor, which other programs on the machine do not lengthen.
+qint64 milliseconds(std::clock_t from, std::clock_t to)
+{
+    return static_cast<qint64>(to - from) * 1'000 / CLOCKS_PER_SEC;
+}
+
 } // namespace
 
 class DamagedFilesTest : public QObject
@@ -105,12 +118,11 @@ void DamagedFilesTest::randomDamageIsSurvivedInBoundedTime()
     ZoneRegistry zones;
     qint64 longest = 0;
 
-    for (int i = 0; i < 3'000; ++i) {
+    for (int i = 0; i < countOfFiles(3'000); ++i) {
         const QByteArray text = damaged(sound, random);
-        QElapsedTimer timer;
-        timer.start();
+        const std::clock_t begin = std::clock();
         use(text, zones);
-        longest = std::max(longest, timer.elapsed());
+        longest = std::max(longest, milliseconds(begin, std::clock()));
     }
 
     QVERIFY2(longest < 2'000, qPrintable(QStringLiteral("%1 ms").arg(longest)));
@@ -120,7 +132,7 @@ void DamagedFilesTest::randomDamageIsNotSpreadBySaving()
 {
     std::mt19937 random(4711);
 
-    for (int i = 0; i < 2'000; ++i) {
+    for (int i = 0; i < countOfFiles(2'000); ++i) {
         const QByteArray text = damaged(sound, random);
         TextPatcher patcher(text);
         QCOMPARE(patcher.patchedText(), text);
@@ -181,18 +193,22 @@ void DamagedFilesTest::hostileRulesAreBounded()
         zones);
     QCOMPARE(document.items.size(), 1);
 
-    QElapsedTimer timer;
-    timer.start();
+    qint64 longest = 0;
     for (const int year : { 1, 1600, 2024, 9999 }) {
         const UtcSeconds day = dayNumber(year, 1, 3) * secondsPerDay;
+        const std::clock_t begin = std::clock();
         const Expansion expansion = expandSeries(document.items[0], {}, day, day + secondsPerDay - 1, *local);
+        longest = std::max(longest, milliseconds(begin, std::clock()));
         QVERIFY(expansion.occurrences.size() <= 10'001);
         if (year == 1)
             QVERIFY(!expansion.occurrences.isEmpty()); // the first instance
     }
+    const std::clock_t begin = std::clock();
     static_cast<void>(lastEnd(document.items[0], {}, *local));
+    longest = std::max(longest, milliseconds(begin, std::clock()));
 
-    QVERIFY2(timer.elapsed() < 3'000, qPrintable(QStringLiteral("%1 ms").arg(timer.elapsed())));
+    qInfo("at most %lld ms of the processor for a day", static_cast<long long>(longest));
+    QVERIFY2(longest < 1'000, qPrintable(QStringLiteral("%1 ms").arg(longest)));
 }
 
 void DamagedFilesTest::thousandsOfAddedDatesAndOverridesAreBounded()
