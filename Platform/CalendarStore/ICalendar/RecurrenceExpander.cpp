@@ -16,6 +16,10 @@ namespace
 // No day holds more occurrences of one event that anybody could look at.
 constexpr std::size_t mostOccurrences = 10'000;
 
+// The standard wants one rule at most; some programs write a few. Only damage asks for more, and each costs a walk.
+constexpr qsizetype mostRules = 100;
+constexpr qint64 mostWorkOfAllRules = 1'000'000;
+
 // Wall-clock and universal time never differ by more; nor do a start and the one that a clock change moves it to.
 constexpr qint64 widestOffset = 2 * secondsPerDay;
 
@@ -66,7 +70,7 @@ public:
     Series(const Item &master, const QList<const Item *> &overrides, const Zone &local);
 
     Expansion expand(UtcSeconds from, UtcSeconds to);
-    std::optional<UtcSeconds> lastEnd() const;
+    std::optional<UtcSeconds> lastEnd();
 
 private:
     struct Made {
@@ -83,10 +87,11 @@ private:
     // Takes an occurrence that the series makes if it lies in the range and is neither excluded nor overridden.
     void take(const CivilTime &start, const CivilTime &end);
     bool isBeforeUntil(const RecurrenceRule &rule, CivilSeconds civil) const;
+    qsizetype followedRules() const { return std::min(mostRules, m_master.rules.size()); }
     void takeRule(const RecurrenceRule &rule);
     void takeAddedDates();
     void takeOverrides();
-    std::optional<UtcSeconds> lastEndOfRule(const RecurrenceRule &rule) const;
+    std::optional<UtcSeconds> lastEndOfRule(const RecurrenceRule &rule);
 
     const Item &m_master;
     const QList<const Item *> &m_overrides;
@@ -100,6 +105,7 @@ private:
     UtcSeconds m_to = 0;
     std::vector<Made> m_made;
     bool m_repeatsTooOften = false;
+    qint64 m_work = 0;
 };
 
 Series::Series(const Item &master, const QList<const Item *> &overrides, const Zone &local)
@@ -205,7 +211,7 @@ bool Series::isBeforeUntil(const RecurrenceRule &rule, CivilSeconds civil) const
 
 void Series::takeRule(const RecurrenceRule &rule)
 {
-    if (rule.interval == 0) {
+    if (rule.interval == 0 || m_work > mostWorkOfAllRules) {
         m_repeatsTooOften = true;
         return;
     }
@@ -218,9 +224,10 @@ void Series::takeRule(const RecurrenceRule &rule)
         const CivilTime start = timeInSeries(civil);
         if (civil > m_from - lookBack)
             take(start, endOf(start));
-        return m_made.size() - madeBefore <= mostOccurrences;
+        return m_made.size() <= mostOccurrences;
     });
-    if (outcome == RuleWalker::Outcome::TooMuchWork || m_made.size() - madeBefore > mostOccurrences) {
+    m_work += walker.work();
+    if (outcome == RuleWalker::Outcome::TooMuchWork || m_made.size() > mostOccurrences) {
         m_made.erase(m_made.begin() + static_cast<std::ptrdiff_t>(madeBefore), m_made.end());
         m_repeatsTooOften = true;
     }
@@ -256,8 +263,9 @@ Expansion Series::expand(UtcSeconds from, UtcSeconds to)
     if (m_master.start) {
         const bool endsAsWritten = m_master.end && !m_master.hasDuration;
         take(m_start, endsAsWritten ? *m_master.end : endOf(m_start));
-        for (const QByteArray &text : m_master.rules) {
-            if (const auto rule = RecurrenceRule::parsed(text))
+        m_repeatsTooOften = m_master.rules.size() > mostRules;
+        for (qsizetype i = 0; i < followedRules(); ++i) {
+            if (const auto rule = RecurrenceRule::parsed(m_master.rules[i]))
                 takeRule(*rule);
         }
         takeAddedDates();
@@ -277,7 +285,7 @@ Expansion Series::expand(UtcSeconds from, UtcSeconds to)
     return expansion;
 }
 
-std::optional<UtcSeconds> Series::lastEndOfRule(const RecurrenceRule &rule) const
+std::optional<UtcSeconds> Series::lastEndOfRule(const RecurrenceRule &rule)
 {
     if (rule.interval == 0)
         return m_start.toUtc(m_local);
@@ -297,12 +305,13 @@ std::optional<UtcSeconds> Series::lastEndOfRule(const RecurrenceRule &rule) cons
         ++number;
         return true;
     });
-    if (number < *rule.count)
+    m_work += walker.work();
+    if (number < *rule.count || m_work > mostWorkOfAllRules)
         return std::nullopt;
     return endOf(timeInSeries(last)).toUtc(m_local);
 }
 
-std::optional<UtcSeconds> Series::lastEnd() const
+std::optional<UtcSeconds> Series::lastEnd()
 {
     UtcSeconds last = std::numeric_limits<UtcSeconds>::min();
     if (m_master.start) {
@@ -310,8 +319,8 @@ std::optional<UtcSeconds> Series::lastEnd() const
         if (m_master.end)
             last = std::max(last, m_master.end->toUtc(m_local));
         last = std::max(last, endOf(m_start).toUtc(m_local));
-        for (const QByteArray &text : m_master.rules) {
-            const auto rule = RecurrenceRule::parsed(text);
+        for (qsizetype i = 0; i < followedRules(); ++i) {
+            const auto rule = RecurrenceRule::parsed(m_master.rules[i]);
             if (!rule)
                 continue;
             const auto end = lastEndOfRule(*rule);

@@ -21,7 +21,8 @@ struct Occurrence {
 struct Expansion {
     QList<Occurrence> occurrences; // by start
     // A rule asks for more steps than any calendar needs, or makes more occurrences than anybody could look at:
-    // none of its occurrences is there but the first of the series, if it lies in the range.
+    // none of its occurrences is there but the first of the series, if it lies in the range. The same holds for
+    // the rest of the rules, if there are so many that all of them together ask for too much.
     bool repeatsTooOften = false;
 };
 

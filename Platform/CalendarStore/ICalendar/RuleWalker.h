@@ -26,6 +26,8 @@ public:
     // Those before `from` are left out or not, whichever is quicker. Heeds COUNT, the start being the
     // first instance, but not UNTIL.
     Outcome walk(CivilSeconds from, CivilSeconds last, const std::function<bool(CivilSeconds)> &take);
+    // What the last walk cost: days looked at and instances made.
+    qint64 work() const { return m_work; }
 
 private:
     using Frequency = RecurrenceRule::Frequency;

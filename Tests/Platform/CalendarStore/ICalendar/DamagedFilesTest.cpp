@@ -180,6 +180,12 @@ void DamagedFilesTest::hostileRulesAreBounded_data()
     QTest::newRow("every second as a daily rule") << "FREQ=DAILY;" + all;
     QTest::newRow("every second as a yearly rule")
         << "FREQ=YEARLY;BYMONTH=1,2,3,4,5,6,7,8,9,10,11,12;BYDAY=SU,MO,TU,WE,TH,FR,SA;BYSETPOS=-1;" + all;
+    QTest::newRow("ten thousand rules that count to no end")
+        << "FREQ=DAILY" + QByteArray("\nRRULE:FREQ=SECONDLY;COUNT=1000000000").repeated(10'000);
+    QTest::newRow("ten thousand rules that make as much as they may")
+        << "FREQ=DAILY" + QByteArray("\nRRULE:FREQ=SECONDLY;INTERVAL=30").repeated(10'000);
+    QTest::newRow("ten thousand rules that take long to count")
+        << "FREQ=DAILY" + QByteArray("\nRRULE:FREQ=SECONDLY;COUNT=200000").repeated(10'000);
     QTest::newRow("a list of a million") << "FREQ=DAILY;BYHOUR=" + QByteArray("1,").repeated(1'000'000);
 }
 
