@@ -43,7 +43,7 @@ struct MainWindowFixture {
     }
 
     // Like a folder that is still being read. The store learns of it from a change.
-    void startLoading()
+    void startLoading() const
     {
         backend().startLoading();
         QSignalSpy changes(&backend(), &CalendarStoreBackend::changed);
@@ -71,13 +71,13 @@ struct MainWindowFixture {
         return *controller;
     }
 
-    void addEvent(const char *uid, const char *start = "2026-11-20T09:00", const char *calendar = "Home")
+    void addEvent(const char *uid, const char *start = "2026-11-20T09:00", const char *calendar = "Home") const
     {
         const QDateTime begin = localInstant(start);
         backend().addEvent(
             QLatin1String(calendar), makeEvent(QLatin1String(uid), QLatin1String(uid), begin, begin.addSecs(3600)));
     }
-    void addTask(const char *uid, const char *calendar = "Home")
+    void addTask(const char *uid, const char *calendar = "Home") const
     {
         backend().addTask(QLatin1String(calendar), makeTask(QLatin1String(uid), QLatin1String(uid)));
     }

@@ -17,7 +17,7 @@ namespace
 QStringList strings(const QJsonValue &list)
 {
     QStringList texts;
-    for (const QJsonValue &each : list.toArray())
+    for (const QJsonValue each : list.toArray())
         texts << each.toString();
     texts.sort();
     return texts;
