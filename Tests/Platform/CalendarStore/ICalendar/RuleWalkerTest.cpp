@@ -183,7 +183,7 @@ void RuleWalkerTest::countedFromTheStartGivesTheSame()
 
     for (int i = 0; i < countOfRules(500); ++i) {
         const QByteArray rule = rules.next();
-        const auto count = static_cast<std::size_t>(1 + rules.below(100));
+        const std::size_t count = std::size_t { 1 } + rules.below(100);
         std::vector<CivilSeconds> expected = walked(rule, start, start, 100);
         expected.resize(std::min(expected.size(), count - 1)); // the start is the first
         const CivilSeconds from = start + static_cast<CivilSeconds>(rules.below(400)) * secondsPerDay;
