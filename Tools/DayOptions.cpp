@@ -22,7 +22,7 @@ Result<DayOptions> dayOptions(const QStringList &arguments)
     const QDate day = QDate::fromString(parser.value(date), Qt::ISODate);
     if (!day.isValid())
         return Error { u"--date wants a day as YYYY-MM-DD."_s };
-    const int sortMethod = QStringList { u"0"_s, u"1"_s, u"2"_s }.indexOf(parser.value(sort));
+    const auto sortMethod = static_cast<int>(QStringList { u"0"_s, u"1"_s, u"2"_s }.indexOf(parser.value(sort)));
     if (sortMethod < 0)
         return Error { u"--sort wants 0 (due date), 1 (priority) or 2 (title)."_s };
 

@@ -43,6 +43,7 @@ void print(std::FILE *stream, const QByteArray &text)
 
 } // namespace
 
+// What nobody catches ends the program. NOLINTNEXTLINE(bugprone-exception-escape)
 int main(int argc, char **argv)
 {
     const QCoreApplication application(argc, argv);

@@ -243,7 +243,7 @@ void KLVAccordionView::updateAVItemViews_repositionViews()
 {
     double y = 0;
     for (const KLVAccordionViewItemPtr &item : std::as_const(m_accordionViewItems)) {
-        const double height = static_cast<double>(item->desiredHeight());
+        const auto height = static_cast<double>(item->desiredHeight());
         item->updateForSelection();
         item->setFrame(QRectF(0, y, width(), height));
         y += height;
@@ -254,7 +254,7 @@ void KLVAccordionView::updateAVItemViews_scrollToFirstSelection()
 {
     QScrollArea *const scrollView = enclosingScrollView();
     const int visibleHeight = scrollView ? scrollView->viewport()->height() : 0;
-    if (visibleHeight > height()) {
+    if (scrollView && visibleHeight > height()) {
         scrollView->verticalScrollBar()->setValue(0);
         return;
     }

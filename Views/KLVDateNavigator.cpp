@@ -115,8 +115,9 @@ bool KLVDateNavigator::eventFilter(QObject *watched, QEvent *event)
     const auto segment = static_cast<int>(m_segments.indexOf(static_cast<KLVBarButton *>(watched)));
     if (event->type() == QEvent::KeyPress) {
         const int key = static_cast<const QKeyEvent *>(event)->key();
-        const int modifiers = static_cast<const QKeyEvent *>(event)->modifiers() & ~Qt::KeypadModifier;
-        if (modifiers == Qt::NoModifier && (key == Qt::Key_Left || key == Qt::Key_Right)) {
+        const Qt::KeyboardModifiers modifiers = static_cast<const QKeyEvent *>(event)->modifiers();
+        const bool isPlain = (modifiers & ~Qt::KeypadModifier) == Qt::NoModifier;
+        if (isPlain && (key == Qt::Key_Left || key == Qt::Key_Right)) {
             const int forward = isLeftToRight() ? 1 : -1;
             moveFocus(segment, key == Qt::Key_Right ? forward : -forward);
             return true;

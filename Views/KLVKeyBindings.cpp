@@ -49,7 +49,7 @@ QString KLVKeyBindings::actionForKey(const QKeyEvent &event)
     // Keys with Control, Alt or Super are shortcuts, which are not ours; keypad and Shift make no difference.
     if (event.modifiers() & (Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier))
         return {};
-    const auto found = std::ranges::find(bindings, event.key(), &Binding::key);
+    const auto *const found = std::ranges::find(bindings, event.key(), &Binding::key);
     return found == bindings.end() ? QString() : QString::fromLatin1(found->action);
 }
 

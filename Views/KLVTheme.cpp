@@ -102,9 +102,10 @@ QColor KLVTheme::surface(const QColor &lightColor) const
 QColor KLVTheme::readable(const QColor &color, const QColor &background) const
 {
     const QColor goal = luminance(background) < 0.18 ? QColor(Qt::white) : QColor(Qt::black);
-    constexpr double step = 0.05;
-    for (double share = 0; share < 1.0; share += step) {
-        const QColor candidate = blended(goal, share, color);
+    constexpr int steps = 20;
+    for (int step = 0; step < steps; ++step) {
+        const double share = static_cast<double>(step) / steps;
+        const QColor candidate = blended(goal, share, color); // NOLINT(readability-suspicious-call-argument)
         if (contrast(candidate, background) >= minimumTextContrast)
             return candidate;
     }

@@ -45,7 +45,8 @@ void KLVTitleLabel::paintEvent(QPaintEvent * /*event*/)
 {
     QPainter painter(this);
     painter.setPen(palette().color(QPalette::WindowText));
-    painter.drawText(rect(), QStyle::visualAlignment(layoutDirection(), Qt::AlignLeft | Qt::AlignVCenter), shownText());
+    const Qt::Alignment alignment = QStyle::visualAlignment(layoutDirection(), Qt::AlignLeft | Qt::AlignVCenter);
+    painter.drawText(rect(), static_cast<int>(alignment), shownText());
 }
 
 bool KLVTitleLabel::event(QEvent *event)

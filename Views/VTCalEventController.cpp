@@ -186,7 +186,7 @@ VTRowFrames VTCalEventController::loadedFrames() const
     const auto placeBadge = [&](const QString &name, double badgeRight, double width) {
         frames[name] = VTRowGeometry::centred(QRectF(badgeRight - width, 0, width, badgeHeight), rowHeight, firstLine);
     };
-    placeBadge(u"endBadge"_s, right, badgeWidth);
+    placeBadge(u"endBadge"_s, right, badgeWidth); // NOLINT(readability-suspicious-call-argument)
     // An event without length has one badge, at the right.
     placeBadge(u"startBadge"_s, m_endBadge->isHidden() ? right : right - badgeWidth - badgeGap, badgeWidth);
     placeBadge(u"allDayBadge"_s, right, allDayWidth);

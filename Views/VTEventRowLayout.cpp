@@ -19,7 +19,7 @@ VTRowLayout layOutEventRow(const VTRowFrames &loaded, const VTEventRowContent &c
     auto y = static_cast<float>(bottomMargin);
 
     if (content.notesHeight) {
-        const double height = static_cast<double>(*content.notesHeight);
+        const auto height = static_cast<double>(*content.notesHeight);
         QRectF &field = frames[u"notesField"_s];
         field = QRectF(field.x(), bottomMargin, field.width(), height);
         y = static_cast<float>(gap + height + bottomMargin);
@@ -29,7 +29,7 @@ VTRowLayout layOutEventRow(const VTRowFrames &loaded, const VTEventRowContent &c
 
     if (content.hasUrl) {
         constexpr double labelLift = 4.0;
-        const double base = static_cast<double>(y);
+        const auto base = static_cast<double>(y);
         QRectF &button = frames[u"urlButton"_s];
         button.moveTop(base);
         y = static_cast<float>(button.height() + gap + base);
@@ -38,7 +38,7 @@ VTRowLayout layOutEventRow(const VTRowFrames &loaded, const VTEventRowContent &c
 
     if (content.hasAttendees) {
         constexpr double labelDrop = 2.0;
-        const double base = static_cast<double>(y);
+        const auto base = static_cast<double>(y);
         QRectF &matrix = frames[u"attendeesMatrix"_s];
         matrix.moveTop(base);
         y = static_cast<float>(matrix.height() + gap + base);
@@ -47,7 +47,7 @@ VTRowLayout layOutEventRow(const VTRowFrames &loaded, const VTEventRowContent &c
     }
 
     if (content.hasLocation) {
-        const double base = static_cast<double>(y);
+        const auto base = static_cast<double>(y);
         QRectF &field = frames[u"locationField"_s];
         field.moveTop(base);
         y = static_cast<float>(field.height() + gap + base);
@@ -60,7 +60,7 @@ VTRowLayout layOutEventRow(const VTRowFrames &loaded, const VTEventRowContent &c
 
     if (content.titleHeight) {
         constexpr double iconsGap = 4.0;
-        const double fitted = static_cast<double>(*content.titleHeight);
+        const auto fitted = static_cast<double>(*content.titleHeight);
         QRectF &title = frames[u"titleField"_s];
         title = VTRowGeometry::withHeightFromTop(title, fitted);
         if (fitted > oneLine)

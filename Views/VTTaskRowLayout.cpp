@@ -18,7 +18,7 @@ VTRowLayout layOutTaskRow(const VTRowFrames &loaded, const VTTaskRowContent &con
     auto y = static_cast<float>(bottomMargin);
 
     if (content.notesHeight) {
-        const double height = static_cast<double>(*content.notesHeight);
+        const auto height = static_cast<double>(*content.notesHeight);
         QRectF &field = frames[u"notesField"_s];
         field = QRectF(field.x(), bottomMargin, field.width(), height);
         y = static_cast<float>(gap + height + bottomMargin);
@@ -28,7 +28,7 @@ VTRowLayout layOutTaskRow(const VTRowFrames &loaded, const VTTaskRowContent &con
 
     if (content.hasUrl) {
         constexpr double labelLift = 3.0; // the event row's is 4; the buttons differ as well
-        const double base = static_cast<double>(y);
+        const auto base = static_cast<double>(y);
         QRectF &button = frames[u"urlButton"_s];
         button.moveTop(base);
         y = static_cast<float>(button.height() + gap + base);
@@ -36,7 +36,7 @@ VTRowLayout layOutTaskRow(const VTRowFrames &loaded, const VTTaskRowContent &con
     }
 
     if (content.hasCompletedDate) {
-        const double base = static_cast<double>(y);
+        const auto base = static_cast<double>(y);
         QRectF &field = frames[u"completedField"_s];
         field.moveTop(base);
         y = static_cast<float>(gap + field.height() + base);
@@ -47,7 +47,7 @@ VTRowLayout layOutTaskRow(const VTRowFrames &loaded, const VTTaskRowContent &con
     float height = y;
     if (content.titleHeight) {
         constexpr double topMargin = 4.0;
-        const double fitted = static_cast<double>(*content.titleHeight);
+        const auto fitted = static_cast<double>(*content.titleHeight);
         QRectF &title = frames[u"titleField"_s];
         title = VTRowGeometry::withHeightFromTop(title, fitted);
         height = static_cast<float>(fitted + topMargin + static_cast<double>(y));
