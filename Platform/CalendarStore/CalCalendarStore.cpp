@@ -99,31 +99,81 @@ StoreError refusal(StoreError::Code code, const CalCalendarItem &item, const QSt
     return { code, item.title().value_or(QString()), item.calendar() ? item.calendar()->title() : QString(), reason };
 }
 
-// What the store can tell without its back end: nothing, when the save may go on.
-std::optional<StoreError> reasonNotToSave(const CalTask &task, const MergedCalendars &merged, const Entry *calendar)
+QString calendarVanished()
 {
-    if (!task.calendar()) {
-        return refusal(
-            StoreError::Code::Invalid, task, QCoreApplication::translate("Vantle", "No calendar was chosen for it."));
-    }
-    if (!calendar) {
-        return refusal(StoreError::Code::NotFound, task,
-            QCoreApplication::translate("Vantle", "The calendar does not exist any more."));
-    }
-    if (!calendar->shown->isEditable()) {
-        return refusal(
-            StoreError::Code::ReadOnly, task, QCoreApplication::translate("Vantle", "The calendar cannot be changed."));
-    }
-    if (!calendar->shown->holds(CalItemKind::Task)) {
-        return refusal(
-            StoreError::Code::Invalid, task, QCoreApplication::translate("Vantle", "The calendar cannot hold to-dos."));
-    }
-    const CalCalendarPtr source = task.asRead() ? task.asRead()->calendar() : nullptr;
-    if (source && !merged.ofBackend(calendar->backend, source->uid())) {
-        return refusal(StoreError::Code::Invalid, task,
+    return QCoreApplication::translate("Vantle", "The calendar does not exist any more.");
+}
+
+QString calendarIsReadOnly()
+{
+    return QCoreApplication::translate("Vantle", "The calendar cannot be changed.");
+}
+
+QString calendarOfOtherKind(CalItemKind kind)
+{
+    return kind == CalItemKind::Event ? QCoreApplication::translate("Vantle", "The calendar cannot hold events.")
+                                      : QCoreApplication::translate("Vantle", "The calendar cannot hold to-dos.");
+}
+
+// Where the stored item of a record is, while `calendar` is where the record says it is; null when
+// the item is not stored, or not in that back end.
+template <typename Record>
+const Entry *sourceOf(const Record &item, const MergedCalendars &merged, const Entry &calendar)
+{
+    // The values as read are the back end's own, and so is the uid of their calendar.
+    const CalCalendarPtr source = item.asRead() ? item.asRead()->calendar() : nullptr;
+    return source && item.origin().isStored() ? merged.ofBackend(calendar.backend, source->uid()) : nullptr;
+}
+
+// What the store can tell without its back end: nothing, when the save may go on.
+template <typename Record>
+std::optional<StoreError> reasonNotToSave(const Record &item, const MergedCalendars &merged, const Entry *calendar)
+{
+    using Code = StoreError::Code;
+
+    if (!item.calendar())
+        return refusal(Code::Invalid, item, QCoreApplication::translate("Vantle", "No calendar was chosen for it."));
+    if (!calendar)
+        return refusal(Code::NotFound, item, calendarVanished());
+    if (!calendar->shown->isEditable())
+        return refusal(Code::ReadOnly, item, calendarIsReadOnly());
+    if (!calendar->shown->holds(item.kind()))
+        return refusal(Code::Invalid, item, calendarOfOtherKind(item.kind()));
+    if (!item.origin().isStored() || !item.asRead())
+        return std::nullopt;
+    const Entry *const source = sourceOf(item, merged, *calendar);
+    if (!source) {
+        return refusal(Code::Invalid, item,
             QCoreApplication::translate("Vantle", "It cannot be moved into a calendar of another kind of storage."));
     }
+    if (!source->shown->isEditable()) {
+        return refusal(Code::ReadOnly, item,
+            QCoreApplication::translate("Vantle", "It cannot be moved out of a calendar that cannot be changed."));
+    }
     return std::nullopt;
+}
+
+// As for a save. `source` is the calendar that holds the item, null when it is not known.
+template <typename Record>
+std::optional<StoreError> reasonNotToRemove(const Record &item, const Entry *calendar, const Entry *source)
+{
+    using Code = StoreError::Code;
+
+    if (!item.origin().isStored() || !item.asRead())
+        return refusal(Code::NotFound, item, QCoreApplication::translate("Vantle", "It has never been saved."));
+    if (!calendar || !source)
+        return refusal(Code::NotFound, item, calendarVanished());
+    if (!source->shown->isEditable())
+        return refusal(Code::ReadOnly, item, calendarIsReadOnly());
+    return std::nullopt;
+}
+
+// `error` may be null.
+bool succeeded(const Result<void, StoreError> &result, StoreError *error)
+{
+    if (!result && error)
+        *error = result.error();
+    return result.isOk();
 }
 
 } // namespace
@@ -145,8 +195,14 @@ public:
     void takeIn(const CalBackendChange &change, const CalendarStoreBackend &backend);
     QSet<QString> shownUids(const CalBackendChange &change, const CalendarStoreBackend &backend);
 
-    std::vector<std::unique_ptr<CalendarStoreBackend>> backends;
+    // `write` and `remove` call the back end that they are given, with a record in the back end's own terms.
+    template <typename Record, typename Write> Result<void, StoreError> save(Record &item, Write write);
+    template <typename Record, typename Remove> Result<void, StoreError> remove(const Record &item, Remove remove);
+
+    std::vector<std::unique_ptr<CalendarStoreBackend>> backends; // outlive the removal
     NotificationMerger merger;
+    std::unique_ptr<CalRemoval> lastRemoval;
+    QString lastRemovedTitle;
     bool completionIsAnnounced = false;
     std::vector<BackendCalendars> mergedFrom;
     std::shared_ptr<const MergedCalendars> lastMerged;
@@ -188,6 +244,51 @@ QSet<QString> CalCalendarStore::Private::shownUids(const CalBackendChange &chang
         uids.insert(entry ? entry->shown->uid() : ownUid);
     }
     return uids;
+}
+
+template <typename Record, typename Write>
+Result<void, StoreError> CalCalendarStore::Private::save(Record &item, Write write)
+{
+    const auto known = merged();
+    const Entry *const calendar = item.calendar() ? known->shownAs(item.calendar()->uid()) : nullptr;
+    if (const auto reason = reasonNotToSave(item, *known, calendar))
+        return *reason;
+
+    // The back end knows the calendar by its own uid only.
+    const CalCalendarPtr shown = item.calendar();
+    const bool isRenamed = calendar->own != calendar->shown;
+    if (isRenamed)
+        item.setCalendar(calendar->own);
+    const Result<void, StoreError> result = write(*calendar->backend, item);
+    if (isRenamed)
+        item.setCalendar(shown);
+    if (!result)
+        return result;
+
+    // The first step of a move can leave the item where it was.
+    const Entry *const place = sourceOf(item, *known, *calendar);
+    item.setUid(known->uidOfItem(item.origin(), place ? *place : *calendar));
+    return {};
+}
+
+template <typename Record, typename Remove>
+Result<void, StoreError> CalCalendarStore::Private::remove(const Record &item, Remove remove)
+{
+    const auto known = merged();
+    const Entry *const calendar = item.calendar() ? known->shownAs(item.calendar()->uid()) : nullptr;
+    const Entry *const source = calendar ? sourceOf(item, *known, *calendar) : nullptr;
+    std::optional<StoreError> failure = reasonNotToRemove(item, calendar, source);
+    if (!failure) {
+        Result<std::unique_ptr<CalRemoval>, StoreError> result = remove(*source->backend, item);
+        if (result) {
+            lastRemoval = std::move(result).value();
+            lastRemovedTitle = item.asRead()->title().value_or(QString());
+            return {};
+        }
+        failure = result.error();
+    }
+    failure->action = StoreError::Action::Remove;
+    return *failure;
 }
 
 CalCalendarStore::CalCalendarStore(std::vector<std::unique_ptr<CalendarStoreBackend>> backends, QObject *parent)
@@ -289,27 +390,56 @@ CalTaskList CalCalendarStore::tasksWithPredicate(const CalPredicate &predicate) 
 
 bool CalCalendarStore::saveTask_error(const CalTaskPtr &task, StoreError *error)
 {
-    const auto merged = d->merged();
-    const Entry *const calendar = task->calendar() ? merged->shownAs(task->calendar()->uid()) : nullptr;
-    std::optional<StoreError> failure = reasonNotToSave(*task, *merged, calendar);
-    if (!failure) {
-        // The back end knows the calendar by its own uid only.
-        const CalCalendarPtr shown = task->calendar();
-        const bool isRenamed = calendar->own != calendar->shown;
-        if (isRenamed)
-            task->setCalendar(calendar->own);
-        const Result<void, StoreError> result = calendar->backend->saveTask(*task);
-        if (isRenamed)
-            task->setCalendar(shown);
+    return succeeded(
+        d->save(*task, [](CalendarStoreBackend &backend, CalTask &own) { return backend.saveTask(own); }), error);
+}
 
-        if (result) {
-            task->setUid(merged->uidOfItem(task->origin(), *calendar));
-            return true;
-        }
-        failure = result.error();
+bool CalCalendarStore::saveEvent_span_error(const CalEventPtr &event, CalSpan span, StoreError *error)
+{
+    return succeeded(
+        d->save(*event, [span](CalendarStoreBackend &backend, CalEvent &own) { return backend.saveEvent(own, span); }),
+        error);
+}
+
+bool CalCalendarStore::removeEvent_span_error(const CalEventPtr &event, CalSpan span, StoreError *error)
+{
+    const bool isRemoved = succeeded(d->remove(*event,
+                                         [span](CalendarStoreBackend &backend, const CalEvent &stored) {
+                                             return backend.removeEvent(stored, span);
+                                         }),
+        error);
+    if (isRemoved)
+        Q_EMIT undoableRemovalDidChange();
+    return isRemoved;
+}
+
+bool CalCalendarStore::removeTask_error(const CalTaskPtr &task, StoreError *error)
+{
+    const bool isRemoved = succeeded(
+        d->remove(
+            *task, [](CalendarStoreBackend &backend, const CalTask &stored) { return backend.removeTask(stored); }),
+        error);
+    if (isRemoved)
+        Q_EMIT undoableRemovalDidChange();
+    return isRemoved;
+}
+
+std::optional<QString> CalCalendarStore::undoableRemovalTitle() const
+{
+    return d->lastRemoval ? std::optional(d->lastRemovedTitle) : std::nullopt;
+}
+
+bool CalCalendarStore::undoRemoval_error(StoreError *error)
+{
+    if (!d->lastRemoval)
+        return false;
+    Result<void, StoreError> result = d->lastRemoval->takeBack();
+    if (!result) {
+        StoreError failure = result.error();
+        failure.action = StoreError::Action::Restore;
+        return succeeded(failure, error);
     }
-
-    if (error)
-        *error = *failure;
-    return false;
+    d->lastRemoval.reset();
+    Q_EMIT undoableRemovalDidChange();
+    return true;
 }

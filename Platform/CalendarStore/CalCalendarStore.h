@@ -11,6 +11,7 @@
 #include <QObject>
 
 #include <memory>
+#include <optional>
 #include <vector>
 
 class CalendarStoreBackend;
@@ -60,16 +61,35 @@ public:
     // One record for each to-do, in the order of the calendars, then by uid.
     CalTaskList tasksWithPredicate(const CalPredicate &predicate) const;
 
-    // Writes what was changed since the record was read. Returns false, fills `error` and leaves
-    // the stored item as it was when that is not possible; the record keeps its values either way.
+    // Writes what was changed since the record was read. A record that the store does not hold yet is
+    // created in its calendar; one whose calendar was changed is moved. Returns false, fills `error` and
+    // leaves the stored item as it was when that is not possible; the record keeps its values either way.
     // After a success the record counts as read anew. `error` may be null.
     bool saveTask_error(const CalTaskPtr &task, StoreError *error);
+    // For an event of a series: the shown occurrence alone, or all of them. On an event that happens
+    // once both spans do the same. The event sheet saves with the first span and then with the second:
+    // a series is then as after one edit of all, and is moved to another calendar by the second only.
+    bool saveEvent_span_error(const CalEventPtr &event, CalSpan span, StoreError *error);
+
+    // Removes the stored item and keeps it, so that the removal can be taken back. Returns false and
+    // fills `error` when that is not possible; nothing has been removed then. `error` may be null.
+    bool removeEvent_span_error(const CalEventPtr &event, CalSpan span, StoreError *error);
+    bool removeTask_error(const CalTaskPtr &task, StoreError *error);
+
+    // The title of the item (empty for one without) that was removed last and can be put back;
+    // nothing when there is none. Lasts until it is put back or another item is removed.
+    std::optional<QString> undoableRemovalTitle() const;
+    // Puts that item back exactly as it was. A refusal says why; the removal can be taken back
+    // later then. `error` may be null. Fails without a reason when there is nothing to put back.
+    bool undoRemoval_error(StoreError *error);
 
 Q_SIGNALS:
     // Never sent from within a call of this class: always from the event loop, bursts merged.
     void notificationPosted(const CalNotification &notification);
     // isComplete() has become true.
     void loaded();
+    // undoableRemovalTitle() answers otherwise. Sent from within the call that made it so.
+    void undoableRemovalDidChange();
 
 private:
     class Private;

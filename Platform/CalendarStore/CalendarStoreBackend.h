@@ -3,6 +3,7 @@
 
 #include "CalCalendar.h"
 #include "CalEvent.h"
+#include "CalRemoval.h"
 #include "CalTask.h"
 #include "StoreError.h"
 
@@ -10,6 +11,8 @@
 
 #include <QObject>
 #include <QSet>
+
+#include <memory>
 
 // What changed in a back end, and by whose hand.
 struct CalBackendChange {
@@ -53,8 +56,17 @@ public:
     // `since` counts only for CompletedSince.
     virtual CalTaskList tasks(TaskState state, const QDateTime &since, const CalCalendarList &calendars) const = 0;
 
-    // As in CalCalendarStore; on success the record's origin has the new version.
+    // Writes what was changed since the record was read. A record whose origin is not stored is a
+    // new item and is created in its calendar(); one whose calendar() is another than it was read from
+    // is moved. On success the record's origin is that of the stored item, and the record counts as
+    // read anew, but for the first step of a series' two-step save: its record keeps the values as
+    // read until the second step, with CalSpanAllEvents, has succeeded.
+    virtual Result<void, StoreError> saveEvent(CalEvent &event, CalSpan span) = 0;
     virtual Result<void, StoreError> saveTask(CalTask &task) = 0;
+
+    // Removes the stored item, from the calendar in which it was read. A refusal leaves it as it is.
+    virtual Result<std::unique_ptr<CalRemoval>, StoreError> removeEvent(const CalEvent &event, CalSpan span) = 0;
+    virtual Result<std::unique_ptr<CalRemoval>, StoreError> removeTask(const CalTask &task) = 0;
 
 Q_SIGNALS:
     // Sent from the event loop, never from within a call; bursts merged.

@@ -3,7 +3,7 @@
 
 #include <QString>
 
-// Why the store refused a save or a removal.
+// Why the store refused a save, a removal, or to take a removal back.
 struct StoreError {
     enum class Code {
         NotFound, // the item is no longer there
@@ -14,10 +14,14 @@ struct StoreError {
         Io, // the system refused: disk full, input/output error, and the like
     };
 
+    // What was refused.
+    enum class Action { Save, Remove, Restore };
+
     Code code = Code::Io;
     QString item; // the item's title, as it is stored
     QString calendar; // the calendar's title
     QString reason; // what the system or the store says, one sentence in the user's language
+    Action action = Action::Save; // set by CalCalendarStore
 
     // What to show: what did not happen, to which item of which calendar, and why. Plain text.
     QString message() const;

@@ -515,5 +515,33 @@
         <extracomment>When a to-do is due: &quot;due yesterday, 18:00&quot;, &quot;due Sun 22 Nov&quot;</extracomment>
         <translation>fällig %1</translation>
     </message>
+    <message>
+        <source>The calendar cannot hold events.</source>
+        <translation>Der Kalender kann keine Termine enthalten.</translation>
+    </message>
+    <message>
+        <source>It cannot be moved out of a calendar that cannot be changed.</source>
+        <translation>Es kann nicht aus einem Kalender verschoben werden, der sich nicht ändern lässt.</translation>
+    </message>
+    <message>
+        <source>It has never been saved.</source>
+        <translation>Es wurde nie gesichert.</translation>
+    </message>
+    <message>
+        <source>“%1” was not deleted.</source>
+        <translation>„%1“ wurde nicht gelöscht.</translation>
+    </message>
+    <message>
+        <source>“%1” was not restored.</source>
+        <translation>„%1“ wurde nicht wiederhergestellt.</translation>
+    </message>
+    <message>
+        <source>“%1” in the calendar “%2” was not deleted.</source>
+        <translation>„%1“ im Kalender „%2“ wurde nicht gelöscht.</translation>
+    </message>
+    <message>
+        <source>“%1” in the calendar “%2” was not restored.</source>
+        <translation>„%1“ im Kalender „%2“ wurde nicht wiederhergestellt.</translation>
+    </message>
 </context>
 </TS>

@@ -64,6 +64,23 @@ bool isIn(const CalCalendarItem &item, const CalCalendarList &calendars)
         calendars, [&item](const CalCalendarPtr &calendar) { return calendar->uid() == item.calendar()->uid(); });
 }
 
+bool isSameItem(const CalCalendarItem &left, const CalCalendarItem &right)
+{
+    return left.origin().plainUid == right.origin().plainUid
+        && left.origin().recurrenceId == right.origin().recurrenceId;
+}
+
+// Where an item is held; the list's end when it is not.
+template <typename Record, typename List> auto placeOf(const Record &item, List &held)
+{
+    return std::ranges::find_if(held, [&item](const auto &candidate) { return isSameItem(*candidate, item); });
+}
+
+StoreError refused(const CalCalendarItem &item, StoreError::Code code, const QString &reason)
+{
+    return { code, item.title().value_or(QString()), item.calendar()->title(), reason };
+}
+
 } // namespace
 
 void MemoryBackend::addCalendar(const CalCalendarPtr &calendar)
@@ -109,6 +126,13 @@ void MemoryBackend::removeAllItems()
 void MemoryBackend::refuseSaves(StoreError::Code code, const QString &reason)
 {
     m_refusal = StoreError { code, {}, {}, reason };
+    m_refusesOnce = false;
+}
+
+void MemoryBackend::refuseNextSave(StoreError::Code code, const QString &reason)
+{
+    refuseSaves(code, reason);
+    m_refusesOnce = true;
 }
 
 void MemoryBackend::finishLoading()
@@ -136,6 +160,13 @@ void MemoryBackend::postTasksChange()
 void MemoryBackend::postCalendarsChange()
 {
     postChange({ .calendars = true, .calendarUids = {} });
+}
+
+CalEventPtr MemoryBackend::storedEvent(const QString &plainUid) const
+{
+    const auto found = std::ranges::find_if(
+        m_events, [&plainUid](const CalEventPtr &event) { return event->origin().plainUid == plainUid; });
+    return found == m_events.end() ? nullptr : *found;
 }
 
 CalTaskPtr MemoryBackend::storedTask(const QString &plainUid) const
@@ -175,30 +206,189 @@ CalTaskList MemoryBackend::tasks(TaskState state, const QDateTime &since, const 
     return found;
 }
 
+Result<void, StoreError> MemoryBackend::saveEvent(CalEvent &event, CalSpan span)
+{
+    ++m_saves;
+    const bool isOfAll = span == CalSpanAllEvents;
+    m_writes << u"%1: %2"_s.arg(isOfAll ? u"all"_s : u"this"_s, event.title().value_or(QString()));
+    if (const auto refusal = reasonToRefuse(event, m_events))
+        return *refusal;
+
+    const bool isFirstStep = event.recurrenceRule() && !isOfAll;
+    if (!event.origin().isStored())
+        create(event, m_events);
+    if (isOfAll && event.recurrenceRule() && event.asRead())
+        saveAllOfSeries(event);
+    // On a series only the span of all moves it to another calendar.
+    const auto place = placeOf(event, m_events);
+    const CalCalendarPtr calendar = isFirstStep ? (*place)->calendar() : event.calendar();
+    *place = stored(event, calendarWithUid(calendar->uid()), ++m_lastVersion);
+    event.setOrigin((*place)->origin());
+    if (!isFirstStep)
+        event.markAsRead();
+    announceOwn(event);
+    return {};
+}
+
 Result<void, StoreError> MemoryBackend::saveTask(CalTask &task)
 {
     ++m_saves;
-    const QString title = task.title().value_or(QString());
-    if (m_refusal)
-        return StoreError { m_refusal->code, title, task.calendar()->title(), m_refusal->reason };
-
-    const auto place = std::ranges::find_if(m_tasks,
-        [&task](const CalTaskPtr &candidate) { return candidate->origin().plainUid == task.origin().plainUid; });
-    if (place == m_tasks.end())
-        return StoreError { StoreError::Code::NotFound, title, task.calendar()->title(), u"It is gone."_s };
-    if ((*place)->origin().version != task.origin().version)
-        return StoreError { StoreError::Code::Conflict, title, task.calendar()->title(), u"It was changed."_s };
+    m_writes << u"task: "_s + task.title().value_or(QString());
+    if (const auto refusal = reasonToRefuse(task, m_tasks))
+        return *refusal;
 
     if (!task.isCompleted())
         task.setCompletedDate(std::nullopt);
     else if (!task.completedDate())
         task.setCompletedDate(m_completionInstant);
+    if (!task.origin().isStored())
+        create(task, m_tasks);
+    const auto place = placeOf(task, m_tasks);
     *place = stored(task, calendarWithUid(task.calendar()->uid()), ++m_lastVersion);
     task.setOrigin((*place)->origin());
     task.markAsRead();
-    postChange(
-        { .author = CalBackendChange::Author::Ourselves, .tasks = true, .calendarUids = { task.calendar()->uid() } });
+    announceOwn(task);
     return {};
+}
+
+// What was taken out, to be put back as it was.
+class MemoryBackend::Removal final : public CalRemoval
+{
+public:
+    Removal(MemoryBackend &backend, CalEventList events, CalTaskList tasks)
+        : m_backend(backend)
+        , m_events(std::move(events))
+        , m_tasks(std::move(tasks))
+    {
+    }
+
+    Result<void, StoreError> takeBack() override
+    {
+        const CalCalendarItem &item = m_events.isEmpty() ? static_cast<const CalCalendarItem &>(*m_tasks.first())
+                                                         : static_cast<const CalCalendarItem &>(*m_events.first());
+        if (const auto refusal = m_backend.takeRefusal(item))
+            return *refusal;
+        if (!m_backend.calendarWithUid(item.calendar()->uid()))
+            return refused(item, StoreError::Code::NotFound, u"The calendar is gone."_s);
+        const auto isBack = [this](const auto &each) { return placeIn(*each); };
+        if (std::ranges::any_of(m_events, isBack) || std::ranges::any_of(m_tasks, isBack))
+            return refused(item, StoreError::Code::Conflict, u"It is there again."_s);
+        m_backend.m_events += m_events;
+        m_backend.m_tasks += m_tasks;
+        m_backend.announceOwn(item);
+        return {};
+    }
+
+private:
+    bool placeIn(const CalEvent &event) const { return placeOf(event, m_backend.m_events) != m_backend.m_events.end(); }
+    bool placeIn(const CalTask &task) const { return placeOf(task, m_backend.m_tasks) != m_backend.m_tasks.end(); }
+
+    MemoryBackend &m_backend;
+    CalEventList m_events;
+    CalTaskList m_tasks;
+};
+
+Result<std::unique_ptr<CalRemoval>, StoreError> MemoryBackend::removeEvent(const CalEvent &event, CalSpan span)
+{
+    ++m_removals;
+    const bool isOfAll = span == CalSpanAllEvents;
+    m_writes << u"remove %1: %2"_s.arg(isOfAll ? u"all"_s : u"this"_s, event.title().value_or(QString()));
+    if (const auto refusal = reasonToRefuse(event, m_events))
+        return *refusal;
+
+    CalEventList removed;
+    for (const CalEventPtr &each : std::as_const(m_events)) {
+        const bool isMeant = isOfAll ? each->origin().plainUid == event.origin().plainUid : isSameItem(*each, event);
+        if (isMeant)
+            removed.append(each);
+    }
+    m_events.removeIf([&removed](const CalEventPtr &each) { return removed.contains(each); });
+    announceOwn(event);
+    return std::unique_ptr<CalRemoval>(std::make_unique<Removal>(*this, removed, CalTaskList()));
+}
+
+Result<std::unique_ptr<CalRemoval>, StoreError> MemoryBackend::removeTask(const CalTask &task)
+{
+    ++m_removals;
+    m_writes << u"remove task: "_s + task.title().value_or(QString());
+    if (const auto refusal = reasonToRefuse(task, m_tasks))
+        return *refusal;
+
+    const auto place = placeOf(task, m_tasks);
+    const CalTaskList removed { *place };
+    m_tasks.erase(place);
+    announceOwn(task);
+    return std::unique_ptr<CalRemoval>(std::make_unique<Removal>(*this, CalEventList(), removed));
+}
+
+// Nothing when the item is new, or stored in the version that was read.
+template <typename Record>
+std::optional<StoreError> MemoryBackend::reasonToRefuse(const Record &item, const QList<std::shared_ptr<Record>> &held)
+{
+    if (const auto refusal = takeRefusal(item))
+        return refusal;
+    if (!item.origin().isStored())
+        return std::nullopt;
+    const auto place = placeOf(item, held);
+    if (place == held.end())
+        return refused(item, StoreError::Code::NotFound, u"It is gone."_s);
+    if ((*place)->origin().version != item.origin().version)
+        return refused(item, StoreError::Code::Conflict, u"It was changed."_s);
+    return std::nullopt;
+}
+
+std::optional<StoreError> MemoryBackend::takeRefusal(const CalCalendarItem &item)
+{
+    if (!m_refusal)
+        return std::nullopt;
+    const StoreError refusal = refused(item, m_refusal->code, m_refusal->reason);
+    if (m_refusesOnce)
+        m_refusal.reset();
+    return refusal;
+}
+
+template <typename Record> void MemoryBackend::create(Record &item, QList<std::shared_ptr<Record>> &held)
+{
+    CalItemOrigin origin;
+    origin.plainUid = u"new-%1"_s.arg(++m_lastVersion);
+    origin.resource = origin.plainUid + u".ics"_s;
+    item.setOrigin(origin);
+    held.append(stored(item, calendarWithUid(item.calendar()->uid()), m_lastVersion));
+}
+
+// What differs from what was read goes to all occurrences, their times by the difference.
+void MemoryBackend::saveAllOfSeries(const CalEvent &event)
+{
+    const CalEvent &read = *event.asRead();
+    const qint64 startShift = read.startDate().secsTo(event.startDate());
+    const qint64 endShift = read.endDate().secsTo(event.endDate());
+    for (CalEventPtr &each : m_events) {
+        if (each->origin().plainUid != event.origin().plainUid || isSameItem(*each, event))
+            continue;
+        const auto other = independentCopy(*each);
+        other->setStartDate(each->startDate().addSecs(startShift));
+        other->setEndDate(each->endDate().addSecs(endShift));
+        if (event.title() != read.title())
+            other->setTitle(event.title());
+        if (event.notes() != read.notes())
+            other->setNotes(event.notes());
+        if (event.url() != read.url())
+            other->setUrl(event.url());
+        if (event.location() != read.location())
+            other->setLocation(event.location());
+        if (event.isAllDay() != read.isAllDay())
+            other->setIsAllDay(event.isAllDay());
+        each = stored(*other, calendarWithUid(event.calendar()->uid()), ++m_lastVersion);
+    }
+}
+
+void MemoryBackend::announceOwn(const CalCalendarItem &item)
+{
+    const bool isEvent = item.kind() == CalItemKind::Event;
+    postChange({ .author = CalBackendChange::Author::Ourselves,
+        .events = isEvent,
+        .tasks = !isEvent,
+        .calendarUids = { item.calendar()->uid() } });
 }
 
 CalCalendarPtr MemoryBackend::calendarWithUid(const QString &uid) const

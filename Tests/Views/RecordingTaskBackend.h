@@ -32,6 +32,15 @@ public:
             return StoreError { StoreError::Code::ReadOnly, task.uid(), {}, {} };
         return {};
     }
+    Result<void, StoreError> saveEvent(CalEvent & /*event*/, CalSpan /*span*/) override { return notExpected(); }
+    Result<std::unique_ptr<CalRemoval>, StoreError> removeEvent(const CalEvent & /*event*/, CalSpan /*span*/) override
+    {
+        return notExpected();
+    }
+    Result<std::unique_ptr<CalRemoval>, StoreError> removeTask(const CalTask & /*task*/) override
+    {
+        return notExpected();
+    }
 
     struct Save {
         QString uid;
@@ -42,4 +51,10 @@ public:
     CalCalendarList calendarList;
     QList<Save> saved;
     bool refuses = false;
+
+private:
+    static StoreError notExpected()
+    {
+        return { StoreError::Code::Invalid, {}, {}, QStringLiteral("Only to-dos are saved.") };
+    }
 };

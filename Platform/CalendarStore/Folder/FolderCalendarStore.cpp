@@ -47,6 +47,12 @@ bool isInState(const Item &task, CalendarStoreBackend::TaskState state, ICalenda
     return true;
 }
 
+StoreError notChangedHere(const CalCalendarItem &item)
+{
+    return { StoreError::Code::Invalid, item.title().value_or(QString()), item.calendar()->title(),
+        u"Events are not written and items not removed here."_s };
+}
+
 } // namespace
 
 class FolderCalendarStore::Private final
@@ -163,7 +169,23 @@ CalTaskList FolderCalendarStore::tasks(TaskState state, const QDateTime &since, 
     return tasks;
 }
 
+Result<void, StoreError> FolderCalendarStore::saveEvent(CalEvent &event, CalSpan /*span*/)
+{
+    return notChangedHere(event);
+}
+
 Result<void, StoreError> FolderCalendarStore::saveTask(CalTask &task)
 {
     return d->saver.save(task);
+}
+
+Result<std::unique_ptr<CalRemoval>, StoreError> FolderCalendarStore::removeEvent(
+    const CalEvent &event, CalSpan /*span*/)
+{
+    return notChangedHere(event);
+}
+
+Result<std::unique_ptr<CalRemoval>, StoreError> FolderCalendarStore::removeTask(const CalTask &task)
+{
+    return notChangedHere(task);
 }

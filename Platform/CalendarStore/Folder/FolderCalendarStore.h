@@ -40,7 +40,10 @@ public:
     bool holdsUid(const QString &calendarUid, const QString &plainUid) const override;
     CalEventList events(const QDateTime &start, const QDateTime &end, const CalCalendarList &calendars) const override;
     CalTaskList tasks(TaskState state, const QDateTime &since, const CalCalendarList &calendars) const override;
+    Result<void, StoreError> saveEvent(CalEvent &event, CalSpan span) override;
     Result<void, StoreError> saveTask(CalTask &task) override;
+    Result<std::unique_ptr<CalRemoval>, StoreError> removeEvent(const CalEvent &event, CalSpan span) override;
+    Result<std::unique_ptr<CalRemoval>, StoreError> removeTask(const CalTask &task) override;
 
 private:
     class Private;

@@ -26,6 +26,13 @@ private Q_SLOTS:
     void taskWithoutCalendarIsRefused();
     void vanishedCalendarIsAClearError();
     void moveIntoAnotherBackendIsRefused();
+    void moveOutOfAReadOnlyCalendarIsRefused();
+    void movedTaskHasTheUidOfItsNewCalendar();
+    void newItemIsCreatedInItsCalendar();
+    void newEventIsRefusedByACalendarForTasks();
+    void eventIsSavedWithItsSpan();
+    void bothStepsOfTheEventSheetSucceed();
+    void seriesIsChangedAsAWhole();
     void backendsRefusalIsPassedOn();
     void refusedSaveKeepsTheRecordsValues();
     void errorMayBeNull();
@@ -250,6 +257,133 @@ void CalCalendarStoreSavingTest::moveIntoAnotherBackendIsRefused()
 
     QCOMPARE(error.code, StoreError::Code::Invalid);
     QCOMPARE(stores.second->saves(), 0);
+}
+
+void CalCalendarStoreSavingTest::moveOutOfAReadOnlyCalendarIsRefused()
+{
+    const TwoBackends stores;
+    stores.first->addCalendar(makeCalendar(u"Home"_s));
+    stores.first->addCalendar(makeReadOnlyCalendar(u"shared"_s));
+    stores.first->addTask(u"shared"_s, makeTask(u"a"_s, u"Read me"_s));
+    const CalTaskPtr task = stores.tasks().first();
+    task->setCalendar(stores.store->calendarWithUID(u"Home"_s));
+
+    StoreError error;
+    QVERIFY(!stores.store->saveTask_error(task, &error));
+
+    QCOMPARE(error.code, StoreError::Code::ReadOnly);
+    QCOMPARE(stores.first->saves(), 0);
+}
+
+void CalCalendarStoreSavingTest::movedTaskHasTheUidOfItsNewCalendar()
+{
+    const TwoBackends stores;
+    stores.first->addCalendar(makeCalendar(u"Home"_s));
+    stores.first->addCalendar(makeCalendar(u"Work"_s));
+    stores.first->addTask(u"Home"_s, makeTask(u"a"_s, u"At home"_s));
+    stores.first->addEvent(u"Home"_s,
+        makeEvent(u"a"_s, u"Same UID"_s, localInstant("2026-03-11T09:00"), localInstant("2026-03-11T10:00")));
+    const CalTaskPtr task = stores.tasks().first();
+    task->setCalendar(stores.store->calendarWithUID(u"Work"_s));
+
+    QVERIFY(stores.store->saveTask_error(task, nullptr));
+
+    QCOMPARE(stores.first->storedTask(u"a"_s)->calendar()->uid(), u"Work"_s);
+    QCOMPARE(task->uid(), stores.tasks().first()->uid());
+    QVERIFY(task->uid() != u"a"_s);
+}
+
+void CalCalendarStoreSavingTest::newItemIsCreatedInItsCalendar()
+{
+    const TwoBackends stores;
+    stores.first->addCalendar(makeCalendar(u"Home"_s));
+    stores.second->addCalendar(makeCalendar(u"Work"_s));
+    const auto task = std::make_shared<CalTask>();
+    task->setTitle(u"New to do"_s);
+    task->setCalendar(stores.store->calendarWithUID(u"Work"_s));
+
+    QVERIFY(stores.store->saveTask_error(task, nullptr));
+
+    QCOMPARE(titles(stores.tasks()), QStringList { u"New to do"_s });
+    QCOMPARE(stores.tasks().first()->calendar()->uid(), u"Work"_s);
+    QVERIFY(!task->uid().isEmpty());
+    QCOMPARE(task->uid(), stores.tasks().first()->uid());
+}
+
+void CalCalendarStoreSavingTest::newEventIsRefusedByACalendarForTasks()
+{
+    const TwoBackends stores;
+    stores.first->addCalendar(std::make_shared<CalCalendar>(
+        CalCalendar::Values { .uid = u"todos"_s, .title = u"To-dos"_s, .color = {}, .holdsEvents = false }));
+    const auto event = std::make_shared<CalEvent>();
+    event->setTitle(u"New event"_s);
+    event->setCalendar(stores.store->calendars().first());
+
+    StoreError error;
+    QVERIFY(!stores.store->saveEvent_span_error(event, CalSpanThisEvent, &error));
+
+    QCOMPARE(
+        error.message(), u"“New event” in the calendar “To-dos” was not saved.\nThe calendar cannot hold events."_s);
+    QCOMPARE(stores.first->saves(), 0);
+}
+
+void CalCalendarStoreSavingTest::eventIsSavedWithItsSpan()
+{
+    const TwoBackends stores;
+    stores.first->addCalendar(makeCalendar(u"Home"_s));
+    stores.first->addCalendar(makeCalendar(u"Work"_s));
+    for (const char *start : { "2026-03-11T08:00", "2026-03-11T09:00" })
+        stores.first->addEvent(
+            u"Home"_s, makeOccurrence(u"pill"_s, u"Pill"_s, localInstant(start), localInstant(start).addSecs(60)));
+    const CalEventPtr second = stores.events().at(1);
+    second->setTitle(u"Other"_s);
+    second->setCalendar(stores.store->calendarWithUID(u"Work"_s));
+
+    QVERIFY(stores.store->saveEvent_span_error(second, CalSpanThisEvent, nullptr));
+
+    // A series changes its calendar as a whole only.
+    QCOMPARE(titles(stores.events()), (QStringList { u"Pill"_s, u"Other"_s }));
+    QCOMPARE(stores.events().at(1)->calendar()->uid(), u"Home"_s);
+    QCOMPARE(second->uid(), stores.events().at(1)->uid());
+}
+
+void CalCalendarStoreSavingTest::bothStepsOfTheEventSheetSucceed()
+{
+    const TwoBackends stores;
+    stores.first->addCalendar(makeCalendar(u"Home"_s));
+    const auto event = std::make_shared<CalEvent>();
+    event->setCalendar(stores.store->calendars().first());
+    event->setStartDate(localInstant("2026-03-11T12:00"));
+    event->setEndDate(localInstant("2026-03-11T13:00"));
+
+    event->setTitle(u"DUMBY Lunch"_s);
+    QVERIFY(stores.store->saveEvent_span_error(event, CalSpanThisEvent, nullptr));
+    event->setTitle(u"Lunch"_s);
+    QVERIFY(stores.store->saveEvent_span_error(event, CalSpanAllEvents, nullptr));
+
+    QCOMPARE(titles(stores.events()), QStringList { u"Lunch"_s });
+    QCOMPARE(stores.first->writes(), (QStringList { u"this: DUMBY Lunch"_s, u"all: Lunch"_s }));
+}
+
+void CalCalendarStoreSavingTest::seriesIsChangedAsAWhole()
+{
+    const TwoBackends stores;
+    stores.first->addCalendar(makeCalendar(u"Home"_s));
+    for (const char *start : { "2026-03-11T08:00", "2026-03-11T09:00" })
+        stores.first->addEvent(
+            u"Home"_s, makeOccurrence(u"pill"_s, u"Pill"_s, localInstant(start), localInstant(start).addSecs(60)));
+    const CalEventPtr second = stores.events().at(1);
+    second->setStartDate(second->startDate().addSecs(600));
+    second->setEndDate(second->endDate().addSecs(600));
+
+    second->setTitle(u"DUMBY Tablet"_s);
+    QVERIFY(stores.store->saveEvent_span_error(second, CalSpanThisEvent, nullptr));
+    second->setTitle(u"Tablet"_s);
+    QVERIFY(stores.store->saveEvent_span_error(second, CalSpanAllEvents, nullptr));
+
+    QCOMPARE(titles(stores.events()), (QStringList { u"Tablet"_s, u"Tablet"_s }));
+    QCOMPARE(stores.events().at(0)->startDate(), localInstant("2026-03-11T08:10"));
+    QCOMPARE(stores.events().at(1)->startDate(), localInstant("2026-03-11T09:10"));
 }
 
 void CalCalendarStoreSavingTest::backendsRefusalIsPassedOn()

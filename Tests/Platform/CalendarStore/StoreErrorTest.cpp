@@ -15,6 +15,7 @@ private Q_SLOTS:
     void messageNamesItemCalendarAndReason();
     void messageWithoutCalendarNamesTheItem();
     void messageWithoutReasonIsOneLine();
+    void messageTellsWhatWasRefused();
     void percentSignsInATitleStay();
 };
 
@@ -37,6 +38,18 @@ void StoreErrorTest::messageWithoutReasonIsOneLine()
     const StoreError error { StoreError::Code::Io, u"Buy milk"_s, u"Home"_s, {} };
 
     QCOMPARE(error.message(), u"“Buy milk” in the calendar “Home” was not saved."_s);
+}
+
+void StoreErrorTest::messageTellsWhatWasRefused()
+{
+    StoreError error { StoreError::Code::Io, u"Buy milk"_s, u"Home"_s, {} };
+
+    error.action = StoreError::Action::Remove;
+    QCOMPARE(error.message(), u"“Buy milk” in the calendar “Home” was not deleted."_s);
+    error.action = StoreError::Action::Restore;
+    QCOMPARE(error.message(), u"“Buy milk” in the calendar “Home” was not restored."_s);
+    error.calendar.clear();
+    QCOMPARE(error.message(), u"“Buy milk” was not restored."_s);
 }
 
 void StoreErrorTest::percentSignsInATitleStay()
