@@ -22,6 +22,8 @@ void CalAlarm::setSound(const std::optional<QString> &sound)
     willChangeValueForKey(u"sound"_s);
     m_sound = sound;
     didChangeValueForKey(u"sound"_s);
+    if (m_action == CalAlarmActionDisplay && sound && !sound->isEmpty())
+        setAction(CalAlarmActionSound);
 }
 
 void CalAlarm::setEmailAddress(const std::optional<QString> &address)
@@ -43,6 +45,8 @@ void CalAlarm::setRelativeTrigger(double seconds)
     willChangeValueForKey(u"relativeTrigger"_s);
     m_relativeTrigger = seconds;
     didChangeValueForKey(u"relativeTrigger"_s);
+    if (m_absoluteTrigger)
+        setAbsoluteTrigger(std::nullopt);
 }
 
 void CalAlarm::setAbsoluteTrigger(const std::optional<QDateTime> &instant)

@@ -38,7 +38,7 @@ public:
     const QString &action() const { return m_action; }
     void setAction(const QString &action);
 
-    // The sound's name; one on a message alarm makes it a sound alarm when the item is saved.
+    // The sound's name; giving one to a message alarm makes it a sound alarm.
     const std::optional<QString> &sound() const { return m_sound; }
     void setSound(const std::optional<QString> &sound);
 
@@ -49,6 +49,7 @@ public:
     void setUrl(const std::optional<QUrl> &url);
 
     // Seconds from the item's time, negative before it; counts while there is no absolute trigger.
+    // The trigger that is set last is the one that counts: this one takes an absolute one away.
     double relativeTrigger() const { return m_relativeTrigger; }
     void setRelativeTrigger(double seconds);
 

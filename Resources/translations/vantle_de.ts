@@ -543,5 +543,45 @@
         <source>“%1” in the calendar “%2” was not restored.</source>
         <translation>„%1“ im Kalender „%2“ wurde nicht wiederhergestellt.</translation>
     </message>
+    <message>
+        <source>display a message</source>
+        <translation>eine Nachricht zeigen</translation>
+    </message>
+    <message>
+        <source>display a message and play %1 alert sound</source>
+        <translation>eine Nachricht zeigen und den Ton %1 spielen</translation>
+    </message>
+    <message>
+        <source>send an email to %1</source>
+        <translation>eine E-Mail an %1 senden</translation>
+    </message>
+    <message>
+        <source>open %1</source>
+        <translation>%1 öffnen</translation>
+    </message>
+    <message>
+        <source>minutes</source>
+        <translation>Minuten</translation>
+    </message>
+    <message>
+        <source>days</source>
+        <translation>Tage</translation>
+    </message>
+    <message>
+        <source>hours</source>
+        <translation>Stunden</translation>
+    </message>
+    <message>
+        <source>before</source>
+        <translation>vorher</translation>
+    </message>
+    <message>
+        <source>after</source>
+        <translation>nachher</translation>
+    </message>
+    <message>
+        <source>On %1, %2</source>
+        <translation>Am %1, %2</translation>
+    </message>
 </context>
 </TS>

@@ -37,9 +37,9 @@ std::optional<QUrl> urlOf(const std::optional<QString> &text)
 CalAlarmPtr alarmRecord(const ICalendar::Alarm &alarm, int index)
 {
     auto record = std::make_shared<CalAlarm>();
-    if (!alarm.action.isEmpty())
-        record->setAction(alarm.action);
     record->setSound(unlessEmpty(alarm.sound));
+    // After the sound, which would make a message alarm another kind than the stored one.
+    record->setAction(alarm.action.isEmpty() ? CalAlarmActionDisplay : alarm.action);
     record->setEmailAddress(unlessEmpty(alarm.emailAddress));
     record->setUrl(urlOf(alarm.url));
     record->setRelativeTrigger(static_cast<double>(alarm.relativeTrigger));

@@ -23,6 +23,9 @@ private Q_SLOTS:
     void calendarsWithTheSameUidAreEqual();
     void removedAlarmIsTheVeryRecord();
     void alarmsAreAddedInOrder();
+    void soundOnAMessageAlarmMakesItASoundAlarm();
+    void soundLeavesOtherKindsOfAlarms();
+    void triggerSetLastCounts();
     void valuesAreReadByName();
     void unknownNameHasNoValue();
     void changesAreAnnounced();
@@ -133,6 +136,43 @@ void CalRecordsTest::alarmsAreAddedInOrder()
     task.addAlarms({ second, first });
 
     QCOMPARE(task.alarms(), (CalAlarmList { first, second, first }));
+}
+
+void CalRecordsTest::soundOnAMessageAlarmMakesItASoundAlarm()
+{
+    CalAlarm alarm;
+
+    alarm.setSound(u"bell"_s);
+
+    QCOMPARE(alarm.action(), CalAlarmActionSound);
+    QCOMPARE(alarm.sound().value_or(QString()), u"bell"_s);
+}
+
+void CalRecordsTest::soundLeavesOtherKindsOfAlarms()
+{
+    CalAlarm email;
+    email.setAction(CalAlarmActionEmail);
+    CalAlarm silent;
+
+    email.setSound(u"bell"_s);
+    silent.setSound(QString());
+    silent.setSound(std::nullopt);
+
+    QCOMPARE(email.action(), CalAlarmActionEmail);
+    QCOMPARE(silent.action(), CalAlarmActionDisplay);
+}
+
+void CalRecordsTest::triggerSetLastCounts()
+{
+    CalAlarm alarm;
+    alarm.setRelativeTrigger(-600);
+    alarm.setAbsoluteTrigger(localInstant("2026-11-20T10:45"));
+    QVERIFY(alarm.absoluteTrigger().has_value());
+
+    alarm.setRelativeTrigger(-900);
+
+    QVERIFY(!alarm.absoluteTrigger().has_value());
+    QCOMPARE(alarm.relativeTrigger(), -900.0);
 }
 
 void CalRecordsTest::valuesAreReadByName()
