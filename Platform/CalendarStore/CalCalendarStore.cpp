@@ -306,6 +306,8 @@ CalCalendarStore::CalCalendarStore(std::vector<std::unique_ptr<CalendarStoreBack
                 Q_EMIT loaded();
             }
         });
+        connect(
+            backend, &CalendarStoreBackend::silentServicesDidChange, this, &CalCalendarStore::silentServicesDidChange);
     }
     d->completionIsAnnounced = isComplete();
 }
@@ -331,6 +333,14 @@ CalCalendarPtr CalCalendarStore::calendarWithUID(const QString &uid) const
 bool CalCalendarStore::isComplete() const
 {
     return d->isComplete();
+}
+
+QStringList CalCalendarStore::silentServices() const
+{
+    QStringList services;
+    for (const auto &backend : d->backends)
+        services += backend->silentServices();
+    return services;
 }
 
 CalPredicate CalCalendarStore::eventPredicateWithStartDate_endDate_calendars(

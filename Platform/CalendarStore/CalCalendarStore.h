@@ -9,6 +9,7 @@
 #include "StoreError.h"
 
 #include <QObject>
+#include <QStringList>
 
 #include <memory>
 #include <optional>
@@ -45,6 +46,10 @@ public:
 
     // Whether all that the back ends hold has been read.
     bool isComplete() const;
+
+    // Services that do not answer at this moment, by the names that people know them by. What they hold is
+    // still shown as it was last known, so the person is to be told. In the order of the back ends.
+    QStringList silentServices() const;
 
     // Both bounds belong to the range. An event that ends exactly at the start is not in it; one
     // without length is when it lies at the start or the end or between.
@@ -90,6 +95,8 @@ Q_SIGNALS:
     void loaded();
     // undoableRemovalTitle() answers otherwise. Sent from within the call that made it so.
     void undoableRemovalDidChange();
+    // silentServices() has become another list.
+    void silentServicesDidChange();
 
 private:
     class Private;

@@ -11,6 +11,7 @@
 
 #include <QObject>
 #include <QSet>
+#include <QStringList>
 
 #include <memory>
 
@@ -46,6 +47,9 @@ public:
     // Whether the first calendar is one that the user declared as the default.
     virtual bool hasDeclaredDefault() const = 0;
     virtual bool isComplete() const = 0;
+    // Services of this back end that do not answer at this moment, each by the name that a person
+    // knows it by. What they hold is shown as it was last known.
+    virtual QStringList silentServices() const { return {}; }
 
     // Whether a calendar holds an item with this UID property, of either kind.
     virtual bool holdsUid(const QString &calendarUid, const QString &plainUid) const = 0;
@@ -72,4 +76,6 @@ Q_SIGNALS:
     // Sent from the event loop, never from within a call; bursts merged.
     void changed(const CalBackendChange &change);
     void loaded();
+    // silentServices() has become another list.
+    void silentServicesDidChange();
 };

@@ -141,6 +141,12 @@ void MemoryBackend::finishLoading()
     QMetaObject::invokeMethod(this, &MemoryBackend::loaded, Qt::QueuedConnection);
 }
 
+void MemoryBackend::setSilentServices(const QStringList &services)
+{
+    m_silentServices = services;
+    QMetaObject::invokeMethod(this, &MemoryBackend::silentServicesDidChange, Qt::QueuedConnection);
+}
+
 void MemoryBackend::postChange(const CalBackendChange &change)
 {
     QMetaObject::invokeMethod(

@@ -36,6 +36,8 @@ public:
     // Like a folder that is still being read, until finishLoading(), which announces itself.
     void startLoading() { m_isComplete = false; }
     void finishLoading();
+    // Announces itself.
+    void setSilentServices(const QStringList &services);
 
     // Announces from the event loop, as another program's change unless told otherwise.
     void postChange(const CalBackendChange &change);
@@ -60,6 +62,7 @@ public:
     CalCalendarList calendars() const override { return m_calendars; }
     bool hasDeclaredDefault() const override { return m_hasDeclaredDefault; }
     bool isComplete() const override { return m_isComplete; }
+    QStringList silentServices() const override { return m_silentServices; }
     bool holdsUid(const QString &calendarUid, const QString &plainUid) const override;
     CalEventList events(const QDateTime &start, const QDateTime &end, const CalCalendarList &calendars) const override;
     CalTaskList tasks(TaskState state, const QDateTime &since, const CalCalendarList &calendars) const override;
@@ -84,6 +87,7 @@ private:
     CalTaskList m_tasks;
     bool m_hasDeclaredDefault = false;
     bool m_isComplete = true;
+    QStringList m_silentServices;
     std::optional<StoreError> m_refusal;
     bool m_refusesOnce = false;
     QDateTime m_completionInstant = QDateTime(QDate(2026, 3, 11), QTime(12, 0));

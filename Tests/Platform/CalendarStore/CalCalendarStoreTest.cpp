@@ -2,6 +2,7 @@
 #include "TestRegistry.h"
 #include "TwoBackends.h"
 
+#include <QSignalSpy>
 #include <QTest>
 
 using namespace Qt::StringLiterals;
@@ -47,6 +48,8 @@ private Q_SLOTS:
     void uidDoesNotDependOnTheCalendarsAskedFor();
     void itemWithoutUidIsKnownByItsResource();
     void differentItemsNeverShareAUid();
+
+    void silentServicesOfAllBackendsAreTold();
 };
 
 void CalCalendarStoreTest::storeWithoutBackendsIsEmpty()
@@ -282,6 +285,22 @@ void CalCalendarStoreTest::differentItemsNeverShareAUid()
 
     QCOMPARE(found.size(), items);
     QCOMPARE(QSet<QString>(found.cbegin(), found.cend()).size(), items);
+}
+
+void CalCalendarStoreTest::silentServicesOfAllBackendsAreTold()
+{
+    const TwoBackends backends;
+    QSignalSpy changes(backends.store.get(), &CalCalendarStore::silentServicesDidChange);
+    QCOMPARE(backends.store->silentServices(), QStringList());
+
+    backends.second->setSilentServices({ u"Personal"_s, u"Office"_s });
+    backends.first->setSilentServices({ u"Club"_s });
+    QTRY_COMPARE(changes.size(), 2);
+    QCOMPARE(backends.store->silentServices(), (QStringList { u"Club"_s, u"Personal"_s, u"Office"_s }));
+
+    backends.second->setSilentServices({});
+    QTRY_COMPARE(changes.size(), 3);
+    QCOMPARE(backends.store->silentServices(), QStringList { u"Club"_s });
 }
 
 VANTLE_TEST(CalCalendarStoreTest)
