@@ -105,3 +105,17 @@ QString VTPatternWithoutYear(const QString &pattern)
         result += piece.text;
     return result;
 }
+
+QString VTPatternForTyping(const QString &pattern)
+{
+    QString result;
+    for (const Piece &piece : piecesOf(pattern)) {
+        if (piece.field == u'y')
+            result += u"yyyy"_s;
+        else if (!piece.field.isNull() && piece.text.size() == 1)
+            result += piece.text + piece.text;
+        else
+            result += piece.text;
+    }
+    return result;
+}

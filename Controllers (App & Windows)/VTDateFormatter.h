@@ -29,3 +29,7 @@ private:
 // The pattern less its year and what ties the year to the rest: "dddd, d MMMM yyyy"
 // gives "dddd, d MMMM", "yyyy年M月d日dddd" gives "M月d日dddd".
 QString VTPatternWithoutYear(const QString &pattern);
+
+// The pattern with figures of a fixed width and a whole year, as one types them digit by digit:
+// "d/M/yy" gives "dd/MM/yyyy".
+QString VTPatternForTyping(const QString &pattern);

@@ -1,9 +1,13 @@
 // SPDX-License-Identifier: MIT
 #include "VTMainWindow.h"
 
+#include "VTKeyboardMap.h"
+#include "VTMainMenu.h"
+
 #include <KLVAccordionScrollArea.h>
 #include <KLVAccordionView.h>
 #include <KLVBarButton.h>
+#include <KLVCalendarsDrawer.h>
 #include <KLVDateBar.h>
 #include <KLVDateNavigator.h>
 #include <KLVKeyBindings.h>
@@ -14,7 +18,6 @@
 
 #include <QApplication>
 #include <QKeyEvent>
-#include <QMenu>
 #include <QScreen>
 #include <QVBoxLayout>
 
@@ -29,7 +32,6 @@ constexpr QSizeF smallestSize(280, 240);
 constexpr double smallestPane = 48;
 // What must be on a screen of a remembered frame for it to be found and dragged.
 constexpr QSize smallestVisiblePart(120, 60);
-constexpr int daysPerWeek = 7;
 
 QSize pixels(const QSizeF &points)
 {
@@ -45,28 +47,35 @@ VTMainWindow::VTMainWindow(QWidget *parent)
     , m_splitView(new KLVSplitView(this))
     , m_eventsAccordion(new KLVAccordionView(this))
     , m_tasksAccordion(new KLVAccordionView(this))
-    , m_menu(new QMenu(this))
+    , m_calendarsDrawer(new KLVCalendarsDrawer(this))
+    , m_menu(new VTMainMenu(this))
 {
     setObjectName(u"mainWindow"_s);
     setWindowTitle(u"Vantle"_s);
-    setMinimumSize(pixels(smallestSize));
+    m_calendarsDrawer->setObjectName(u"calendarsDrawer"_s);
+    m_calendarsDrawer->hide();
+    takeMinimumSize();
     resize(pixels(firstSize));
 
     buildLists();
     auto *content = new QWidget(this);
     content->setObjectName(u"content"_s);
-    auto *layout = new QVBoxLayout(content);
+    auto *day = new QVBoxLayout;
+    day->addWidget(m_dateBar);
+    day->addWidget(m_splitView, 1);
+    auto *layout = new QHBoxLayout(content);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(0);
-    layout->addWidget(m_dateBar);
-    layout->addWidget(m_splitView, 1);
+    layout->addLayout(day, 1);
+    layout->addWidget(m_calendarsDrawer);
     setCentralWidget(content);
     m_dateBar->setObjectName(u"dateBar"_s);
 
     buildMenu();
-    // From the top of the window to its bottom and round again, beginning with the lists.
+    // Date bar, lists, drawer, and round again, beginning with the lists.
     setTabOrder(m_eventsAccordion, m_tasksAccordion);
     m_dateBar->dateNavigator()->setTabOrderBetween(m_tasksAccordion, m_dateBar->menuButton());
+    m_calendarsDrawer->setTabOrderAfter(m_tasksAccordion);
 }
 
 void VTMainWindow::buildLists()
@@ -92,46 +101,23 @@ KLVAccordionScrollArea *VTMainWindow::addList(KLVAccordionView *list, const QStr
 
 void VTMainWindow::buildMenu()
 {
-    m_menu->setObjectName(u"mainMenu"_s);
-    m_menu->setAccessibleName(QCoreApplication::translate("Vantle", "Menu"));
-    addGoAction(QCoreApplication::translate("Vantle", "Today"), Qt::CTRL | Qt::Key_T, 0, u"goToToday"_s);
-    addGoAction(
-        QCoreApplication::translate("Vantle", "Previous Day"), Qt::CTRL | Qt::Key_Left, -1, u"goToPreviousDay"_s);
-    addGoAction(QCoreApplication::translate("Vantle", "Next Day"), Qt::CTRL | Qt::Key_Right, 1, u"goToNextDay"_s);
-    addGoAction(QCoreApplication::translate("Vantle", "Previous Week"), Qt::CTRL | Qt::SHIFT | Qt::Key_Left,
-        -daysPerWeek, u"goToPreviousWeek"_s);
-    addGoAction(QCoreApplication::translate("Vantle", "Next Week"), Qt::CTRL | Qt::SHIFT | Qt::Key_Right, daysPerWeek,
-        u"goToNextWeek"_s);
-    m_menu->addSeparator();
-    m_toogleDateBarAction = m_menu->addAction(QString());
-    m_toogleDateBarAction->setObjectName(u"toogleDateBar"_s);
-    m_toogleDateBarAction->setShortcut(Qt::CTRL | Qt::SHIFT | Qt::Key_D);
-    m_menu->addSeparator();
-    m_quitAction = m_menu->addAction(QCoreApplication::translate("Vantle", "Quit"));
-    m_quitAction->setObjectName(u"quit"_s);
-    m_quitAction->setShortcut(Qt::CTRL | Qt::Key_Q);
-    connect(m_quitAction, &QAction::triggered, qApp, &QCoreApplication::quit, Qt::QueuedConnection);
+    connect(m_menu->command("quit"), &QAction::triggered, qApp, &QCoreApplication::quit, Qt::QueuedConnection);
 
     auto *openMenu = new QAction(this);
     openMenu->setObjectName(u"openMenu"_s);
-    openMenu->setShortcuts({ QKeySequence(Qt::Key_F10), QKeySequence(Qt::ALT | Qt::Key_M) });
+    openMenu->setShortcuts(VTKeyboardEntryOfCommand("openMenu"_L1)->shortcuts());
     connect(openMenu, &QAction::triggered, this, &VTMainWindow::popUpMenu);
     connect(m_dateBar->menuButton(), &KLVBarButton::clicked, this, &VTMainWindow::popUpMenu);
 
     // Shortcuts work from anywhere in the window, with the menu closed.
-    addActions(m_menu->actions());
+    addActions(m_menu->commands());
     addAction(openMenu);
 }
 
-QAction *VTMainWindow::addGoAction(
-    const QString &text, const QKeySequence &shortcut, int tag, const QString &objectName)
+void VTMainWindow::takeMinimumSize()
 {
-    QAction *action = m_menu->addAction(text);
-    action->setObjectName(objectName);
-    action->setShortcut(shortcut);
-    action->setProperty("tag", tag);
-    m_goActions.append(action);
-    return action;
+    const int drawerWidth = isDrawerVisible() ? KLVCalendarsDrawer::statedWidth() : 0;
+    setMinimumSize(pixels(smallestSize) + QSize(drawerWidth, 0));
 }
 
 bool VTMainWindow::isDateBarVisible() const
@@ -144,10 +130,58 @@ void VTMainWindow::setDateBarVisible(bool isVisible)
     m_dateBar->setVisible(isVisible);
 }
 
+bool VTMainWindow::isDrawerVisible() const
+{
+    return !m_calendarsDrawer->isHidden();
+}
+
+void VTMainWindow::setDrawerVisible(bool isVisible)
+{
+    if (isVisible == isDrawerVisible())
+        return;
+    const bool hadFocus = m_calendarsDrawer->isAncestorOf(focusWidget());
+    const bool isFree = !isMaximized() && !isFullScreen();
+    if (isVisible) {
+        m_drawerGrowth = isFree ? growthForDrawer() : VTDrawerGrowth();
+        m_calendarsDrawer->show();
+        if (m_drawerGrowth != VTDrawerGrowth())
+            setGeometry(VTFrameWithDrawer(geometry(), m_drawerGrowth));
+        takeMinimumSize();
+        m_leftWithDrawer = x();
+        return;
+    }
+
+    m_calendarsDrawer->hide();
+    takeMinimumSize();
+    // A window that the person has moved stays there.
+    if (x() != m_leftWithDrawer)
+        m_drawerGrowth.shift = 0;
+    if (isFree && m_drawerGrowth != VTDrawerGrowth())
+        setGeometry(VTFrameWithoutDrawer(geometry(), m_drawerGrowth));
+    m_drawerGrowth = {};
+    if (hadFocus)
+        m_eventsAccordion->setFocus(Qt::OtherFocusReason);
+}
+
+VTDrawerGrowth VTMainWindow::growthForDrawer() const
+{
+    const QScreen *screen = QGuiApplication::screenAt(geometry().center());
+    if (!screen)
+        screen = this->screen();
+    const QRect outer = isVisible() ? frameGeometry() : geometry();
+    const QMargins decoration(geometry().left() - outer.left(), geometry().top() - outer.top(),
+        outer.right() - geometry().right(), outer.bottom() - geometry().bottom());
+    return VTGrowthForDrawer(
+        geometry(), decoration, screen->availableGeometry(), KLVCalendarsDrawer::statedWidth(), layoutDirection());
+}
+
 WindowState VTMainWindow::windowState() const
 {
     WindowState state;
-    state.frame = normalGeometry();
+    VTDrawerGrowth growth = m_drawerGrowth;
+    if (x() != m_leftWithDrawer)
+        growth.shift = 0;
+    state.frame = VTFrameWithoutDrawer(normalGeometry(), growth);
     state.dividerPosition = m_splitView->sizes().value(0);
     state.isDateBarVisible = isDateBarVisible();
     return state;

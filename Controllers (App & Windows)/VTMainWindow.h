@@ -1,18 +1,20 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <QList>
+#include "VTDrawerFrame.h"
+
 #include <QMainWindow>
 
 class KLVAccordionScrollArea;
 class KLVAccordionView;
+class KLVCalendarsDrawer;
 class KLVDateBar;
 class KLVSplitView;
-class QAction;
-class QMenu;
+class VTMainMenu;
 struct WindowState;
 
-// The one main window: the date bar, and under it the events above the to-dos.
+// The one main window: the date bar, under it the events above the to-dos, and
+// beside all of them the calendars drawer.
 //
 // Holds the controls and knows how they are arranged; what they do is connected
 // by VTMainWindowController. Every control has an object name and a name for
@@ -31,16 +33,17 @@ public:
 
     KLVAccordionScrollArea *eventsScrollArea() const { return m_eventsScrollArea; }
 
-    QMenu *menu() const { return m_menu; }
-    // Today, previous and next day, previous and next week: each with its number of days as property "tag".
-    QList<QAction *> goActions() const { return m_goActions; }
-    QAction *toogleDateBarAction() const { return m_toogleDateBarAction; }
-    QAction *quitAction() const { return m_quitAction; }
+    KLVCalendarsDrawer *calendarsDrawer() const { return m_calendarsDrawer; }
+    VTMainMenu *menu() const { return m_menu; }
 
     bool isDateBarVisible() const;
     void setDateBarVisible(bool isVisible);
+    bool isDrawerVisible() const;
+    // The window grows for the drawer where the screen has room, else the lists shrink.
+    void setDrawerVisible(bool isVisible);
 
-    // How the person left the window, to be found again at the next start.
+    // How the person left the window, to be found again at the next start. The frame is that of the window
+    // without its drawer.
     WindowState windowState() const;
     // A frame that no screen shows any more is not restored.
     void restoreWindowState(const WindowState &state);
@@ -56,7 +59,8 @@ private:
     void buildLists();
     KLVAccordionScrollArea *addList(KLVAccordionView *list, const QString &name);
     void buildMenu();
-    QAction *addGoAction(const QString &text, const QKeySequence &shortcut, int tag, const QString &objectName);
+    void takeMinimumSize();
+    VTDrawerGrowth growthForDrawer() const;
     void restoreFrame(const QRect &frame);
     void restoreDivider(const WindowState &state);
 
@@ -65,8 +69,8 @@ private:
     KLVAccordionView *m_eventsAccordion;
     KLVAccordionView *m_tasksAccordion;
     KLVAccordionScrollArea *m_eventsScrollArea = nullptr;
-    QMenu *m_menu;
-    QList<QAction *> m_goActions;
-    QAction *m_toogleDateBarAction = nullptr;
-    QAction *m_quitAction = nullptr;
+    KLVCalendarsDrawer *m_calendarsDrawer;
+    VTMainMenu *m_menu;
+    VTDrawerGrowth m_drawerGrowth; // of the drawer that is open
+    int m_leftWithDrawer = 0; // where the window stood when the drawer had opened
 };

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "VTMainWindowController.h"
 
+#include "VTMainMenu.h"
 #include "VTMainWindow.h"
 
 #include <CalCalendarItem.h>
@@ -45,12 +46,46 @@ VTMainWindow *VTMainWindowController::window() const
 void VTMainWindowController::connectControls()
 {
     connect(dateNavigator(), &KLVDateNavigator::triggered, this, [this] { setDateFromDateNavigator(); });
-    const auto goActions = m_window->goActions();
-    for (QAction *action : goActions)
+    connectMenu();
+    connectDrawer();
+}
+
+void VTMainWindowController::connectMenu()
+{
+    const VTMainMenu &menu = *m_window->menu();
+    for (QAction *action : menu.goActions())
         connect(action, &QAction::triggered, this, [this, action] { setDateRelativeToSenderTag(action); });
-    connect(m_window->toogleDateBarAction(), &QAction::triggered, this, [this] { toogleDateBar(); });
-    m_dateBarTitleBinding = std::make_unique<KeyValueBinding>(*this, u"showHideDateBarMenuTitle"_s,
-        [this](const QVariant &title) { m_window->toogleDateBarAction()->setText(title.toString()); });
+    connect(menu.command("jumpToDate"), &QAction::triggered, this, [this] { jumpToDate(); });
+    for (QAction *item : { SortMethodDueDateMenuItem(), SortMethodPriorityMenuItem(), SortMethodTitleMenuItem() })
+        connect(item, &QAction::triggered, this, [this, item] { updateTaskSortMethodFromTaskSettingsMenu(item); });
+    bindCheckMark(menu.command("showAllCompletedTasks"), u"showAllCompletedTasks"_s,
+        &VTMainWindowController::setShowAllCompletedTasks);
+    bindCheckMark(menu.command("hideTasksDueAfterThisWeek"), u"hideTasksDueAfterThisWeek"_s,
+        &VTMainWindowController::setHideTasksDueAfterThisWeek);
+    connect(menu.command("toogleDateBar"), &QAction::triggered, this, [this] { toogleDateBar(); });
+    bindTitle(menu.command("toogleDateBar"), u"showHideDateBarMenuTitle"_s);
+    connect(menu.command("toogleCalendarDrawer"), &QAction::triggered, this, [this] { toogleCalendarDrawer(); });
+    bindTitle(menu.command("toogleCalendarDrawer"), u"showHideCalendarDrawerMenuTitle"_s);
+}
+
+void VTMainWindowController::bindTitle(QAction *action, const QString &key)
+{
+    m_bindings.push_back(
+        std::make_unique<KeyValueBinding>(*this, key, [action = QPointer(action)](const QVariant &title) {
+            if (action)
+                action->setText(title.toString());
+        }));
+}
+
+void VTMainWindowController::bindCheckMark(
+    QAction *action, const QString &key, void (VTMainWindowController::*setter)(bool))
+{
+    m_bindings.push_back(
+        std::make_unique<KeyValueBinding>(*this, key, [action = QPointer(action)](const QVariant &value) {
+            if (action)
+                action->setChecked(value.toBool());
+        }));
+    connect(action, &QAction::triggered, this, setter);
 }
 
 void VTMainWindowController::setUpLists()
@@ -134,10 +169,41 @@ QString VTMainWindowController::showHideDateBarMenuTitle() const
                                                     : QCoreApplication::translate("Vantle", "Show Date Bar");
 }
 
-QString VTMainWindowController::showHideCalendarDrawerMenuTitle() const
+QAction *VTMainWindowController::SortMethodDueDateMenuItem() const
 {
-    return m_showCalendarDrawer ? QCoreApplication::translate("Vantle", "Hide Calendars Drawer")
-                                : QCoreApplication::translate("Vantle", "Show Calendars Drawer");
+    return m_window ? m_window->menu()->command("SortMethodDueDateMenuItem") : nullptr;
+}
+
+QAction *VTMainWindowController::SortMethodPriorityMenuItem() const
+{
+    return m_window ? m_window->menu()->command("SortMethodPriorityMenuItem") : nullptr;
+}
+
+QAction *VTMainWindowController::SortMethodTitleMenuItem() const
+{
+    return m_window ? m_window->menu()->command("SortMethodTitleMenuItem") : nullptr;
+}
+
+void VTMainWindowController::updateTaskSortMethodFromTaskSettingsMenu(QObject *sender)
+{
+    qint32 method = m_taskSortMethod;
+    if (sender == SortMethodTitleMenuItem())
+        method = VTSortByTitle;
+    else if (sender == SortMethodPriorityMenuItem())
+        method = VTSortByPriority;
+    else if (sender == SortMethodDueDateMenuItem())
+        method = VTSortByDueDate;
+    if (method != m_taskSortMethod)
+        setTaskSortMethod(method);
+    // A click has taken the mark from the item that had it.
+    markSortMethod();
+}
+
+void VTMainWindowController::markSortMethod()
+{
+    SortMethodDueDateMenuItem()->setChecked(m_taskSortMethod == VTSortByDueDate);
+    SortMethodPriorityMenuItem()->setChecked(m_taskSortMethod == VTSortByPriority);
+    SortMethodTitleMenuItem()->setChecked(m_taskSortMethod == VTSortByTitle);
 }
 
 const VTDateFormatter &VTMainWindowController::dateLabelFormatter() const
@@ -149,9 +215,12 @@ void VTMainWindowController::updateControls()
 {
     if (!m_window)
         return;
+    calendarsTable()->reloadData();
+    updateDatePicker();
     dateLabel()->setText(dateLabelFormatter().stringFromDate(date()));
     dateNavigator()->setLabel_forSegment(
         m_navigatorFormatter.stringFromDate(m_services.clock.now()), KLVDateNavigator::middleSegment);
+    markSortMethod();
 }
 
 void VTMainWindowController::accordionView_drawPlaceHolderBackgroundInFrame(KLVAccordionView *view, const QRectF &frame)

@@ -5,6 +5,7 @@
 #include <CalCalendarItem+VTHelper.h>
 #include <CalTask+VTHelpers.h>
 #include <KLVAccordionView.h>
+#include <KLVDatePicker.h>
 #include <VTCalEventController.h>
 #include <VTCalTaskController.h>
 
@@ -134,9 +135,14 @@ void VTMainWindowController::moveSelectionDown(QObject * /*sender*/)
     }
 }
 
-void VTMainWindowController::insertNewline(QObject * /*sender*/)
+void VTMainWindowController::insertNewline(QObject *sender)
 {
     disarmFirstSelection();
+    // A date was typed and has been gone to: Return has done its work.
+    if (sender && sender == textDatePicker() && textDatePicker()->returnTookOverAnEdit()) {
+        makeFirstResponder(listOfSelection());
+        return;
+    }
     const auto items = selectedCalItems();
     if (!items)
         return;

@@ -9,6 +9,7 @@
 #include <UserDefaults.h>
 
 #include <QCoreApplication>
+#include <QScopedValueRollback>
 
 using namespace Qt::StringLiterals;
 
@@ -115,7 +116,13 @@ void VTMainWindowController::updateDateRefresher()
     if (!isToday)
         m_dateRefresher.reset();
     else if (!m_dateRefresher)
-        m_dateRefresher = m_services.clock.repeat(refreshInterval, [this] { setDateToNow(); });
+        m_dateRefresher = m_services.clock.repeat(refreshInterval, [this] { tick(); });
+}
+
+void VTMainWindowController::tick()
+{
+    const QScopedValueRollback guard(m_isTicking, true);
+    setDateToNow();
 }
 
 void VTMainWindowController::setDateToNow(QObject * /*sender*/)

@@ -8,6 +8,7 @@
 #include <CalTask.h>
 #include <Clock.h>
 #include <KLVAccordionViewDelegate.h>
+#include <KLVCheckBoxTable.h>
 #include <KeyValueBinding.h>
 #include <KeyValueObject.h>
 
@@ -18,12 +19,15 @@
 #include <functional>
 #include <memory>
 #include <optional>
+#include <vector>
 
 class Beeper;
 class CalCalendarStore;
 class CalendarApplication;
 class KLVAccordionView;
 class KLVDateNavigator;
+class KLVDatePicker;
+class QAction;
 class QLabel;
 class Termination;
 class UserDefaults;
@@ -50,7 +54,8 @@ struct VTMainWindowServices {
 class VTMainWindowController final : public QObject,
                                      public KeyValueObject,
                                      public KeyValueObserver,
-                                     public KLVAccordionViewDelegate
+                                     public KLVAccordionViewDelegate,
+                                     public KLVCheckBoxTableDataSource
 {
     Q_OBJECT
     Q_PROPERTY(QDateTime dateProperty READ dateProperty WRITE setDateProperty)
@@ -169,8 +174,28 @@ public:
     Q_INVOKABLE void setDateFromDateNavigator(QObject *sender = nullptr);
     Q_INVOKABLE void toogleDateBar(QObject *sender = nullptr);
     QString showHideDateBarMenuTitle() const;
+    Q_INVOKABLE void toogleCalendarDrawer(QObject *sender = nullptr);
     QString showHideCalendarDrawerMenuTitle() const;
+    // Opens the drawer without a word to the menu's title, and puts the keyboard into its date picker.
+    Q_INVOKABLE void jumpToDate(QObject *sender = nullptr);
     void updateControls();
+
+    QAction *SortMethodDueDateMenuItem() const;
+    QAction *SortMethodPriorityMenuItem() const;
+    QAction *SortMethodTitleMenuItem() const;
+    // By one of the three; any other sender changes nothing.
+    Q_INVOKABLE void updateTaskSortMethodFromTaskSettingsMenu(QObject *sender);
+
+    KLVCheckBoxTable *calendarsTable() const;
+    KLVDatePicker *textDatePicker() const;
+    Q_INVOKABLE void selectAllCalendars(QObject *sender = nullptr);
+    Q_INVOKABLE void unselectAllCalendars(QObject *sender = nullptr);
+
+    int numberOfRowsInTableView(KLVCheckBoxTable *view) override;
+    bool tableView_objectValueForRow(KLVCheckBoxTable *view, int row) override;
+    // Whatever the value: the calendar becomes hidden if it is shown, and shown if it is hidden.
+    void tableView_setObjectValue_forRow(KLVCheckBoxTable *view, bool value, int row) override;
+    void tableView_willDisplayCell_forRow(KLVCheckBoxTable *view, KLVColoredButtonCell &cell, int row) override;
 
     bool respondsToAccordionView_drawPlaceHolderBackgroundInFrame() const override { return true; }
     void accordionView_drawPlaceHolderBackgroundInFrame(KLVAccordionView *view, const QRectF &frame) override;
@@ -206,10 +231,21 @@ private:
     void setUpLists();
     void scrollEventsToTop();
     void connectControls();
+    void connectMenu();
+    void connectDrawer();
+    // A title that the action takes whenever the key is announced.
+    void bindTitle(QAction *action, const QString &key);
+    // The action's check mark and the value of the key follow each other.
+    void bindCheckMark(QAction *action, const QString &key, void (VTMainWindowController::*setter)(bool));
+    void markSortMethod();
+    void tick();
+    void updateDatePicker();
+    void showPickedDate(const QDate &day);
+    KLVAccordionView *listOfSelection() const;
 
     VTMainWindowServices m_services;
     QPointer<VTMainWindow> m_window;
-    std::unique_ptr<KeyValueBinding> m_dateBarTitleBinding;
+    std::vector<std::unique_ptr<KeyValueBinding>> m_bindings;
 
     QDateTime m_dateProperty;
     CalEventList m_events;
@@ -226,6 +262,7 @@ private:
     // Calendars may still be arriving when the window opens. Until they are all there, or the person
     // does something, each arrival selects the first item anew.
     bool m_firstSelectionIsArmed = false;
+    bool m_isTicking = false; // the clock, and not the person, changes the date
 
     VTDateFormatter m_headerFromatterWithoutYear;
     VTDateFormatter m_headerFromatterWithYear;

@@ -2,48 +2,16 @@
 #include "KLVAccordionScrollArea.h"
 
 #include "KLVAccordionView.h"
+#include "KLVSlimScrollBar.h"
 #include "KLVTheme.h"
 
 #include <QApplication>
 #include <QPaintEvent>
 #include <QPainter>
 #include <QScrollBar>
-#include <QStyle>
-#include <QStyleOptionSlider>
 
 namespace
 {
-
-constexpr int barWidth = 10;
-constexpr double handleWidth = 5.0;
-
-// Painted by ourselves: a rounded handle and no trough.
-class SlimScrollBar final : public QScrollBar
-{
-public:
-    explicit SlimScrollBar(QWidget *parent)
-        : QScrollBar(Qt::Vertical, parent)
-    {
-        setAttribute(Qt::WA_Hover);
-    }
-
-protected:
-    void paintEvent(QPaintEvent * /*event*/) override
-    {
-        QStyleOptionSlider option;
-        initStyleOption(&option);
-        const QRectF slot = style()->subControlRect(QStyle::CC_ScrollBar, &option, QStyle::SC_ScrollBarSlider, this);
-        const QRectF handle((width() - handleWidth) / 2, slot.y() + 1, handleWidth, slot.height() - 2);
-        QColor color = KLVTheme(palette()).dimText();
-        color.setAlphaF(underMouse() || isSliderDown() ? 0.8F : 0.45F);
-
-        QPainter painter(this);
-        painter.setRenderHint(QPainter::Antialiasing);
-        painter.setPen(Qt::NoPen);
-        painter.setBrush(color);
-        painter.drawRoundedRect(handle, handleWidth / 2, handleWidth / 2);
-    }
-};
 
 class FocusFrame final : public QWidget
 {
@@ -69,7 +37,7 @@ protected:
 KLVAccordionScrollArea::KLVAccordionScrollArea(KLVAccordionView *accordion, QWidget *parent)
     : QScrollArea(parent)
     , m_accordion(accordion)
-    , m_bar(new SlimScrollBar(this))
+    , m_bar(new KLVSlimScrollBar(this))
     , m_focusFrame(new FocusFrame(this))
 {
     setFrameShape(QFrame::NoFrame);
@@ -120,7 +88,8 @@ bool KLVAccordionScrollArea::focusNextPrevChild(bool next)
 void KLVAccordionScrollArea::placeOverlays()
 {
     const QRect area = viewport()->geometry();
-    m_bar->setGeometry(area.right() + 1 - barWidth, area.top() + 1, barWidth, std::max(0, area.height() - 2));
+    m_bar->setGeometry(area.right() + 1 - KLVSlimScrollBar::barWidth, area.top() + 1, KLVSlimScrollBar::barWidth,
+        std::max(0, area.height() - 2));
     m_bar->raise();
     m_focusFrame->setGeometry(area);
     m_focusFrame->raise();

@@ -6,6 +6,7 @@
 #include <QColor>
 #include <QImage>
 #include <QRectF>
+#include <QString>
 
 class KLVTheme;
 class QPainter;
@@ -18,6 +19,10 @@ class KLVColoredButtonCell final
 public:
     const QColor &imageTintColor() const { return m_imageTintColor; }
     void setImageTintColor(const QColor &color) { m_imageTintColor = color; }
+
+    // What stands beside the box; plain text.
+    const QString &title() const { return m_title; }
+    void setTitle(const QString &title) { m_title = title; }
 
     // Whatever the owner wants to find again, a calendar for instance.
     const KeyValueObjectPtr &representedObject() const { return m_representedObject; }
@@ -38,6 +43,7 @@ public:
 
 private:
     QColor m_imageTintColor;
+    QString m_title;
     KeyValueObjectPtr m_representedObject;
     int m_integerValue = 0;
 };

@@ -583,5 +583,113 @@
         <source>On %1, %2</source>
         <translation>Am %1, %2</translation>
     </message>
+    <message>
+        <source>All</source>
+        <translation>Alle</translation>
+    </message>
+    <message>
+        <source>None</source>
+        <translation>Keine</translation>
+    </message>
+    <message>
+        <source>Calendars drawer</source>
+        <translation>Kalender-Seitenleiste</translation>
+    </message>
+    <message>
+        <source>Show all calendars</source>
+        <translation>Alle Kalender zeigen</translation>
+    </message>
+    <message>
+        <source>Show no calendar</source>
+        <translation>Keinen Kalender zeigen</translation>
+    </message>
+    <message>
+        <source>Calendars</source>
+        <translation>Kalender</translation>
+    </message>
+    <message>
+        <source>Go to date</source>
+        <translation>Gehe zu Datum</translation>
+    </message>
+    <message>
+        <source>Go to Date</source>
+        <translation>Gehe zu Datum</translation>
+    </message>
+    <message>
+        <source>Select the row above</source>
+        <translation>Die Zeile darüber auswählen</translation>
+    </message>
+    <message>
+        <source>Select the row below</source>
+        <translation>Die Zeile darunter auswählen</translation>
+    </message>
+    <message>
+        <source>Tick the selected to-do</source>
+        <translation>Die ausgewählte Aufgabe abhaken</translation>
+    </message>
+    <message>
+        <source>Next control of the row, list or button</source>
+        <translation>Nächstes Bedienelement der Zeile, nächste Liste oder Taste</translation>
+    </message>
+    <message>
+        <source>Use the control</source>
+        <translation>Das Bedienelement betätigen</translation>
+    </message>
+    <message>
+        <source>Show or hide the date bar</source>
+        <translation>Datumsleiste ein- oder ausblenden</translation>
+    </message>
+    <message>
+        <source>Show or hide the calendars</source>
+        <translation>Kalender ein- oder ausblenden</translation>
+    </message>
+    <message>
+        <source>Open the menu</source>
+        <translation>Das Menü öffnen</translation>
+    </message>
+    <message>
+        <source>Days</source>
+        <translation>Tage</translation>
+    </message>
+    <message>
+        <source>Events and to-dos</source>
+        <translation>Termine und Aufgaben</translation>
+    </message>
+    <message>
+        <source>View</source>
+        <translation>Ansicht</translation>
+    </message>
+    <message>
+        <source>Program</source>
+        <translation>Programm</translation>
+    </message>
+    <message>
+        <source>Go</source>
+        <translation>Gehe zu</translation>
+    </message>
+    <message>
+        <source>To Dos</source>
+        <translation>Aufgaben</translation>
+    </message>
+    <message>
+        <source>Sort by Due Date</source>
+        <translation>Nach Fälligkeit sortieren</translation>
+    </message>
+    <message>
+        <source>Sort by Priority</source>
+        <translation>Nach Priorität sortieren</translation>
+    </message>
+    <message>
+        <source>Sort by Title</source>
+        <translation>Nach Titel sortieren</translation>
+    </message>
+    <message>
+        <source>Show All Completed</source>
+        <translation>Alle erledigten zeigen</translation>
+    </message>
+    <message>
+        <source>Hide Due After This Week</source>
+        <translation>Nach dieser Woche Fällige ausblenden</translation>
+    </message>
 </context>
 </TS>

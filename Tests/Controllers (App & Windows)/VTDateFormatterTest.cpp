@@ -13,6 +13,8 @@ class VTDateFormatterTest : public QObject
 private Q_SLOTS:
     void yearIsTakenOutOfAPattern_data();
     void yearIsTakenOutOfAPattern();
+    void patternForTypingHasWholeFigures_data();
+    void patternForTypingHasWholeFigures();
     void longDateFollowsTheLocale_data();
     void longDateFollowsTheLocale();
     void abbreviatedDateHasTwoDigits();
@@ -40,6 +42,26 @@ void VTDateFormatterTest::yearIsTakenOutOfAPattern()
     QFETCH(const QString, withoutYear);
 
     QCOMPARE(VTPatternWithoutYear(pattern), withoutYear);
+}
+
+void VTDateFormatterTest::patternForTypingHasWholeFigures_data()
+{
+    QTest::addColumn<QString>("pattern");
+    QTest::addColumn<QString>("expected");
+
+    QTest::newRow("American") << u"M/d/yy"_s << u"MM/dd/yyyy"_s;
+    QTest::newRow("German") << u"dd.MM.yy"_s << u"dd.MM.yyyy"_s;
+    QTest::newRow("month in letters") << u"d MMM yyyy"_s << u"dd MMM yyyy"_s;
+    QTest::newRow("letters in quotes") << u"d 'de' M/y"_s << u"dd 'de' MM/yyyy"_s;
+    QTest::newRow("as it should be") << u"yyyy-MM-dd"_s << u"yyyy-MM-dd"_s;
+}
+
+void VTDateFormatterTest::patternForTypingHasWholeFigures()
+{
+    QFETCH(const QString, pattern);
+    QFETCH(const QString, expected);
+
+    QCOMPARE(VTPatternForTyping(pattern), expected);
 }
 
 void VTDateFormatterTest::longDateFollowsTheLocale_data()

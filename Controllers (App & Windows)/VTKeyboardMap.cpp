@@ -1,0 +1,74 @@
+// SPDX-License-Identifier: MIT
+#include "VTKeyboardMap.h"
+
+#include <QCoreApplication>
+
+#include <algorithm>
+#include <array>
+
+namespace
+{
+
+constexpr std::array entries {
+    VTKeyboardEntry { VTKeyGroup::Days, "goToToday", "Ctrl+T", QT_TRANSLATE_NOOP("Vantle", "Today") },
+    VTKeyboardEntry { VTKeyGroup::Days, "goToPreviousDay", "Ctrl+Left", QT_TRANSLATE_NOOP("Vantle", "Previous Day") },
+    VTKeyboardEntry { VTKeyGroup::Days, "goToNextDay", "Ctrl+Right", QT_TRANSLATE_NOOP("Vantle", "Next Day") },
+    VTKeyboardEntry {
+        VTKeyGroup::Days, "goToPreviousWeek", "Ctrl+Shift+Left", QT_TRANSLATE_NOOP("Vantle", "Previous Week") },
+    VTKeyboardEntry { VTKeyGroup::Days, "goToNextWeek", "Ctrl+Shift+Right", QT_TRANSLATE_NOOP("Vantle", "Next Week") },
+    VTKeyboardEntry { VTKeyGroup::Days, "jumpToDate", "Ctrl+G", QT_TRANSLATE_NOOP("Vantle", "Go to Date") },
+
+    VTKeyboardEntry { VTKeyGroup::Items, "", "Up", QT_TRANSLATE_NOOP("Vantle", "Select the row above") },
+    VTKeyboardEntry { VTKeyGroup::Items, "", "Down", QT_TRANSLATE_NOOP("Vantle", "Select the row below") },
+    VTKeyboardEntry { VTKeyGroup::Items, "", "Return", QT_TRANSLATE_NOOP("Vantle", "Tick the selected to-do") },
+    VTKeyboardEntry {
+        VTKeyGroup::Items, "", "Tab", QT_TRANSLATE_NOOP("Vantle", "Next control of the row, list or button") },
+    VTKeyboardEntry { VTKeyGroup::Items, "", "Space", QT_TRANSLATE_NOOP("Vantle", "Use the control") },
+
+    VTKeyboardEntry {
+        VTKeyGroup::View, "toogleDateBar", "Ctrl+Shift+D", QT_TRANSLATE_NOOP("Vantle", "Show or hide the date bar") },
+    VTKeyboardEntry { VTKeyGroup::View, "toogleCalendarDrawer", "Ctrl+Shift+C; F9",
+        QT_TRANSLATE_NOOP("Vantle", "Show or hide the calendars") },
+
+    VTKeyboardEntry { VTKeyGroup::Program, "openMenu", "F10; Alt+M", QT_TRANSLATE_NOOP("Vantle", "Open the menu") },
+    VTKeyboardEntry { VTKeyGroup::Program, "quit", "Ctrl+Q", QT_TRANSLATE_NOOP("Vantle", "Quit") },
+};
+
+} // namespace
+
+QString VTKeyboardEntry::translatedText() const
+{
+    return QCoreApplication::translate("Vantle", text);
+}
+
+QList<QKeySequence> VTKeyboardEntry::shortcuts() const
+{
+    return QKeySequence::listFromString(QLatin1String(keys), QKeySequence::PortableText);
+}
+
+std::span<const VTKeyboardEntry> VTKeyboardMap()
+{
+    return entries;
+}
+
+const VTKeyboardEntry *VTKeyboardEntryOfCommand(QLatin1String command)
+{
+    const auto *const found = std::ranges::find_if(entries,
+        [&](const VTKeyboardEntry &entry) { return !command.isEmpty() && command == QLatin1String(entry.command); });
+    return found == entries.end() ? nullptr : found;
+}
+
+QString VTKeyGroupName(VTKeyGroup group)
+{
+    switch (group) {
+    case VTKeyGroup::Days:
+        return QCoreApplication::translate("Vantle", "Days");
+    case VTKeyGroup::Items:
+        return QCoreApplication::translate("Vantle", "Events and to-dos");
+    case VTKeyGroup::View:
+        return QCoreApplication::translate("Vantle", "View");
+    case VTKeyGroup::Program:
+        return QCoreApplication::translate("Vantle", "Program");
+    }
+    return {};
+}
