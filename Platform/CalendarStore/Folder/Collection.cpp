@@ -3,8 +3,6 @@
 
 #include <CalCalendar.h>
 
-#include <QSet>
-
 #include <algorithm>
 
 using namespace Qt::StringLiterals;
@@ -14,14 +12,6 @@ namespace FolderStore
 
 namespace
 {
-
-QSet<QString> uidsOf(const FileSnapshot &file)
-{
-    QSet<QString> uids;
-    for (const ItemGroup &group : file.groups())
-        uids.insert(file.uidOf(group));
-    return uids;
-}
 
 QString withoutEnding(const QString &fileName)
 {
@@ -96,8 +86,7 @@ void Collection::setFile(const FileSnapshotPtr &snapshot)
         if (ref.get().kind == ICalendar::Item::Kind::Task)
             m_tasks.push_back(ref);
     }
-    const QSet<QString> uids = uidsOf(*snapshot);
-    for (const QString &uid : uids) {
+    for (const QString &uid : snapshot->uids()) {
         QStringList &names = m_filesByUid[uid];
         names.insert(std::ranges::lower_bound(names, snapshot->fileName()), snapshot->fileName());
     }
@@ -113,8 +102,7 @@ void Collection::removeFile(const QString &fileName)
     if (std::ranges::any_of(
             known->groups(), [](const ItemGroup &group) { return group.kind == ICalendar::Item::Kind::Task; }))
         std::erase_if(m_tasks, [&](const GroupRef &ref) { return ref.file == known.get(); });
-    const QSet<QString> uids = uidsOf(*known);
-    for (const QString &uid : uids) {
+    for (const QString &uid : known->uids()) {
         const auto names = m_filesByUid.find(uid);
         names->removeOne(fileName);
         if (names->isEmpty())

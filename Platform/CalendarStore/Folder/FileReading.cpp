@@ -5,6 +5,7 @@
 
 #include <QCryptographicHash>
 #include <QFile>
+#include <QFileInfo>
 
 #include <cerrno>
 
@@ -55,12 +56,16 @@ Result<FileContent, FileFault> readRegularFile(const QString &path, qint64 limit
 {
     // Opening a device can set it in motion, so its kind is asked first; and it is
     // asked again of the open file, for the name may mean another one by then.
-    const Result<FileState, FileFault> before = stateOfRegularFile(path);
-    if (!before)
-        return before.error();
+    struct stat status = {};
+    if (::lstat(QFile::encodeName(path).constData(), &status) != 0)
+        return faultOfErrno();
+    const bool isLink = S_ISLNK(status.st_mode);
+    if (isLink && ::stat(QFile::encodeName(path).constData(), &status) != 0)
+        return faultOfErrno();
+    if (!S_ISREG(status.st_mode))
+        return notRegular(status.st_mode);
     const FileDescriptor file(
         ::open(QFile::encodeName(path).constData(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
-    struct stat status = {};
     if (!file.isOpen() || ::fstat(file.number(), &status) != 0)
         return faultOfErrno();
     if (!S_ISREG(status.st_mode))
@@ -71,6 +76,8 @@ Result<FileContent, FileFault> readRegularFile(const QString &path, qint64 limit
 
     FileContent content;
     content.state = FileState::of(status);
+    if (isLink)
+        content.linkTarget = QFileInfo(path).canonicalFilePath();
     std::optional<QByteArray> bytes = readAll(file.number(), limit);
     if (!bytes)
         return faultOfErrno();

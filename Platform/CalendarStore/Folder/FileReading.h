@@ -25,6 +25,8 @@ struct FileState {
 struct FileContent {
     FileState state;
     QByteArray bytes;
+    // Where a link leads to in the end; empty for a file that is none.
+    QString linkTarget;
     // Whether the file stayed the same while it was read.
     bool isSettled = true;
 };

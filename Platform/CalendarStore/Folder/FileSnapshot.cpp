@@ -39,6 +39,7 @@ FileSnapshot::FileSnapshot(QString fileName, const FileContent &content, ICalend
     : m_fileName(std::move(fileName))
     , m_state(content.state)
     , m_hash(hashOf(content.bytes))
+    , m_linkTarget(content.linkTarget)
     , m_document(ICalendar::readDocument(content.bytes, zones))
     , m_looksUnfinished(!content.isSettled || content.bytes.isEmpty() || m_document.isCut)
 {
@@ -83,6 +84,7 @@ void FileSnapshot::makeGroups()
     }
     for (ItemGroup &group : m_groups)
         boundTimes(group);
+    m_uids = m_groupsByUid.keys();
     m_groupsByUid.clear();
 }
 

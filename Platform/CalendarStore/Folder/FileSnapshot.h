@@ -8,6 +8,7 @@
 #include <QByteArray>
 #include <QHash>
 #include <QString>
+#include <QStringList>
 
 #include <memory>
 #include <optional>
@@ -51,10 +52,14 @@ public:
     const FileState &state() const { return m_state; }
     // Of the file's bytes: the version of all its items.
     const QByteArray &hash() const { return m_hash; }
+    // Where the file lies if its name is a link; empty otherwise.
+    const QString &linkTarget() const { return m_linkTarget; }
     const ICalendar::Document &document() const { return m_document; }
     const std::vector<ItemGroup> &groups() const { return m_groups; }
 
     const ICalendar::Item &item(int index) const { return m_document.items.at(index); }
+    // All UIDs of the file's items, each once.
+    const QStringList &uids() const { return m_uids; }
     // The UID by which the item is known: its own, or one made of the file's name when it has none.
     const QString &uidOf(const ItemGroup &group) const;
     const ICalendar::Item &representative(const ItemGroup &group) const;
@@ -72,8 +77,10 @@ private:
     QString m_fileName;
     FileState m_state;
     QByteArray m_hash;
+    QString m_linkTarget;
     ICalendar::Document m_document;
     std::vector<ItemGroup> m_groups;
+    QStringList m_uids;
     QHash<QString, int> m_groupsByUid;
     bool m_looksUnfinished = false;
 };

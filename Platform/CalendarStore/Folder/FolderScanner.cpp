@@ -6,6 +6,7 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QSet>
 
 #include <algorithm>
 #include <cerrno>
@@ -96,24 +97,45 @@ QList<FoundCollection> scanRoot(const QString &root, ProblemLog &log)
     return found;
 }
 
-QHash<QString, FileState> scanCollection(const QString &folder, ProblemLog &log)
+FolderDifferences differencesIn(const QString &folder, const QHash<QString, FileSnapshotPtr> &known)
 {
-    QHash<QString, FileState> files;
+    FolderDifferences differences;
     const auto names = namesIn(folder);
     if (!names) {
-        log.note(folder, 0, qt_error_string(errno));
-        return files;
+        // Any other reason (too many open files, say) tells nothing of what is known.
+        differences.isClosed = errno == EACCES || errno == ENOENT || errno == ENOTDIR;
+        differences.faults << FolderDifferences::Fault { folder, qt_error_string(errno) };
+        return differences;
     }
+    QSet<QString> unchanged;
     for (const QString &name : *names) {
         if (!isItemFileName(name))
             continue;
         const QString path = folder + u'/' + name;
-        if (const auto state = stateOfRegularFile(path))
-            files.insert(name, state.value());
-        else
-            log.note(path, 0, state.error().reason);
+        const FileSnapshotPtr before = known.value(name);
+        const auto state = stateOfRegularFile(path);
+        if (!state)
+            differences.faults << FolderDifferences::Fault { path, state.error().reason };
+        else if (before && before->state() == state.value())
+            unchanged.insert(name);
+        else if (!before)
+            differences.names << name;
     }
-    return files;
+    for (auto each = known.keyBegin(); each != known.keyEnd(); ++each) {
+        if (!unchanged.contains(*each))
+            differences.names << *each;
+    }
+    differences.names.sort();
+    return differences;
+}
+
+bool holdsMoreThan(const QString &folder, int entries)
+{
+    const std::unique_ptr<DIR, CloseFolder> listing(::opendir(QFile::encodeName(folder).constData()));
+    int count = -2; // the folder itself and its parent
+    while (listing && count <= entries && ::readdir(listing.get())) // NOLINT(concurrency-mt-unsafe): own stream
+        ++count;
+    return count > entries;
 }
 
 bool isItemFileName(const QString &name)

@@ -7,8 +7,8 @@
 #include <CalCalendar.h>
 
 #include <QDir>
+#include <QElapsedTimer>
 #include <QFileInfo>
-#include <QTimer>
 
 #include <algorithm>
 #include <array>
@@ -24,7 +24,13 @@ namespace
 {
 
 // What a change from outside may take of the window's time before the worker takes over.
-constexpr auto budgetForChanges = 15ms;
+constexpr auto budgetForChanges = 5ms;
+
+// So many files are looked into in a turn of the event loop that there is room for something else.
+constexpr qsizetype suspectsPerTurn = 200;
+
+// A folder with more in it is looked through by the worker.
+constexpr int entriesLookedThroughAtOnce = 500;
 
 // How long a file that looks unfinished is left alone, again and again, before it is taken as it is.
 constexpr std::array waitsForUnfinished { 300ms, 1000ms };
@@ -39,6 +45,12 @@ bool looksTheSame(const CalCalendar &left, const CalCalendar &right)
     return left.title() == right.title() && left.color() == right.color() && left.isEditable() == right.isEditable();
 }
 
+bool isLarge(const QString &path)
+{
+    const auto state = stateOfRegularFile(path);
+    return state && state.value().size > Limits::bytesReadWhileWaiting;
+}
+
 QString folderOf(const QString &path)
 {
     return path.left(path.lastIndexOf(u'/'));
@@ -46,11 +58,14 @@ QString folderOf(const QString &path)
 
 } // namespace
 
-FolderSynchronizer::FolderSynchronizer(FolderCalendarStore::Options options, QObject *parent)
-    : QObject(parent)
-    , m_options(std::move(options))
+FolderSynchronizer::FolderSynchronizer(FolderCalendarStore::Options options, std::unique_ptr<FolderWatcher> watching)
+    : m_options(std::move(options))
+    , m_watcher(std::move(watching))
 {
     m_options.root = QDir::cleanPath(m_options.root);
+    m_nextTurn.setSingleShot(true);
+    m_nextTurn.setInterval(0);
+    connect(&m_nextTurn, &QTimer::timeout, this, &FolderSynchronizer::lookIntoSuspects);
     connect(&m_announcer, &ChangeAnnouncer::changed, this, &FolderSynchronizer::changed);
 }
 
@@ -62,7 +77,8 @@ void FolderSynchronizer::open()
     if (m_options.createsDefaultCalendars && rootHoldsNothing(m_options.root))
         makeDefaultCalendars(m_options.root, m_log);
     if (m_options.watchesForChanges) {
-        m_watcher = std::make_unique<FolderWatcher>();
+        if (!m_watcher)
+            m_watcher = std::make_unique<FolderWatcher>();
         connect(m_watcher.get(), &FolderWatcher::namesChanged, this, &FolderSynchronizer::namesChanged);
         connect(m_watcher.get(), &FolderWatcher::folderWent, this, &FolderSynchronizer::lookThroughEverything);
         connect(m_watcher.get(), &FolderWatcher::changesLost, this, &FolderSynchronizer::lookThroughEverything);
@@ -139,8 +155,10 @@ void FolderSynchronizer::lookThroughEverything()
         updateDescription(*each);
         lookThroughFiles(*each);
     }
+    for (auto folder = m_links.keyBegin(); m_watcher && folder != m_links.keyEnd(); ++folder)
+        m_watcher->watch(*folder);
     sortCollections();
-    carryOutOrders(budgetForChanges);
+    lookIntoSuspects();
 }
 
 void FolderSynchronizer::lookThroughRoot()
@@ -172,26 +190,37 @@ void FolderSynchronizer::lookThroughRoot()
 
 void FolderSynchronizer::lookThroughFiles(Collection &collection)
 {
-    if (collection.place().kind == FoundCollection::Kind::SingleFile) {
-        const auto state = stateOfRegularFile(collection.place().path);
-        const FileSnapshotPtr known = collection.file(collection.place().name);
+    const FoundCollection &place = collection.place();
+    if (place.kind == FoundCollection::Kind::SingleFile) {
+        const auto state = stateOfRegularFile(place.path);
+        const FileSnapshotPtr known = collection.file(place.name);
         if (!known || !state || known->state() != state.value())
-            order(collection, collection.place().name);
+            suspect(collection, place.name);
         return;
     }
-    const QHash<QString, FileState> found = scanCollection(collection.place().path, m_log);
-    const QStringList knownNames = collection.files().keys();
-    for (const QString &name : knownNames) {
-        if (!found.contains(name))
-            dropFile(collection, name);
+    if (m_isOpening || !holdsMoreThan(place.path, entriesLookedThroughAtOnce)) {
+        takeDifferences(collection, differencesIn(place.path, collection.files()));
+        return;
     }
-    QStringList names = found.keys();
-    names.sort();
-    for (const QString &name : std::as_const(names)) {
-        const FileSnapshotPtr known = collection.file(name);
-        if (!known || known->state() != found.value(name))
-            order(collection, name);
+    if (const auto underWay = m_lookingThrough.find(place.name); underWay != m_lookingThrough.end()) {
+        *underWay = true;
+        return;
     }
+    m_lookingThrough.insert(place.name, false);
+    worker().lookThrough(place.name, place.path, collection.files());
+}
+
+void FolderSynchronizer::takeDifferences(Collection &collection, const FolderDifferences &differences)
+{
+    for (const FolderDifferences::Fault &fault : differences.faults)
+        m_log.note(fault.path, 0, fault.reason);
+    for (const QString &name : differences.names)
+        suspect(collection, name);
+    if (!differences.isClosed)
+        return;
+    const QStringList names = collection.files().keys();
+    for (const QString &name : names)
+        dropFile(collection, name);
 }
 
 void FolderSynchronizer::updateDescription(Collection &collection)
@@ -259,9 +288,10 @@ void FolderSynchronizer::namesChanged(const QHash<QString, QSet<QString>> &names
         const bool isNamed = namesByFolder.value(m_options.root).contains(place.name)
             || namesByFolder.value(folderOf(place.realPath)).contains(QFileInfo(place.realPath).fileName());
         if (isNamed)
-            order(*each, place.name);
+            suspect(*each, place.name);
     }
-    carryOutOrders(budgetForChanges);
+    targetsChanged(namesByFolder);
+    lookIntoSuspects();
     sortCollections();
 }
 
@@ -271,8 +301,53 @@ void FolderSynchronizer::namesChangedIn(Collection &collection, const QSet<QStri
         updateDescription(collection);
     for (const QString &name : names) {
         if (isItemFileName(name))
-            order(collection, name);
+            suspect(collection, name);
     }
+}
+
+void FolderSynchronizer::targetsChanged(const QHash<QString, QSet<QString>> &namesByFolder)
+{
+    for (auto links = m_links.cbegin(); links != m_links.cend(); ++links) {
+        const QSet<QString> names = namesByFolder.value(links.key());
+        for (const QString &name : names) {
+            const QSet<FileKey> leadingThere = links->value(name);
+            m_suspects.insert(m_suspects.end(), leadingThere.cbegin(), leadingThere.cend());
+        }
+    }
+}
+
+void FolderSynchronizer::followLink(const Collection &collection, const FileSnapshot &snapshot)
+{
+    const QString &target = snapshot.linkTarget();
+    // The calendar's own folder does not tell when what a link in it leads to changes.
+    if (!m_watcher || target.isEmpty() || collection.place().kind != FoundCollection::Kind::Folder)
+        return;
+    const QString folder = folderOf(target);
+    m_watcher->watch(folder);
+    m_links[folder][target.mid(folder.size() + 1)].insert({ collection.uid(), snapshot.fileName() });
+}
+
+void FolderSynchronizer::suspect(const Collection &collection, const QString &fileName)
+{
+    if (m_isOpening)
+        order(collection, fileName);
+    else
+        m_suspects.push_back({ collection.uid(), fileName });
+}
+
+void FolderSynchronizer::lookIntoSuspects()
+{
+    // A few are read here and now; behind many others nobody notices that the worker does it.
+    const Budget budget = static_cast<qsizetype>(m_suspects.size()) > suspectsPerTurn ? 0ms : budgetForChanges;
+    for (qsizetype count = 0; count < suspectsPerTurn && !m_suspects.empty(); ++count) {
+        const FileKey key = std::move(m_suspects.front());
+        m_suspects.pop_front();
+        if (const Collection *known = collection(key.collection))
+            order(*known, key.fileName);
+    }
+    carryOutOrders(budget);
+    if (!m_suspects.empty())
+        m_nextTurn.start();
 }
 
 void FolderSynchronizer::order(const Collection &collection, const QString &fileName)
@@ -280,7 +355,8 @@ void FolderSynchronizer::order(const Collection &collection, const QString &file
     const QString path = collection.pathOf(fileName);
     const FileSnapshotPtr known = collection.file(fileName);
     m_latestTickets.insert(path, ++m_lastTicket);
-    m_orders << ReadingOrder { m_lastTicket, collection.uid(), fileName, path, known ? known->hash() : QByteArray() };
+    m_orders << ReadingOrder { m_lastTicket, collection.uid(), fileName, path, known ? known->hash() : QByteArray(),
+        known ? known->linkTarget() : QString() };
     if (m_isOpening)
         m_firstReading.insert(m_lastTicket);
 }
@@ -292,26 +368,34 @@ void FolderSynchronizer::carryOutOrders(Budget budget)
     QList<ReadingOrder> forWorker;
     const QList<ReadingOrder> orders = std::exchange(m_orders, {});
     for (const ReadingOrder &each : orders) {
-        if (budget) {
-            const auto state = stateOfRegularFile(each.path);
-            const bool isLarge = state && state.value().size > Limits::bytesReadWhileWaiting;
-            if (isLarge || timer.elapsed() >= budget->count()) {
-                forWorker << each;
-                continue;
-            }
-        }
-        take(carryOut(each, m_zones));
+        const bool isLate = budget && timer.elapsed() >= budget->count();
+        if (isLate || (budget && isLarge(each.path)))
+            forWorker << each;
+        else
+            take(carryOut(each, m_zones));
     }
-    if (forWorker.isEmpty())
-        return;
-    if (!m_worker) {
-        m_worker = std::make_unique<ReadingWorker>();
-        connect(m_worker.get(), &ReadingWorker::haveRead, this, [this](const QList<ReadingAnswer> &answers) {
-            std::ranges::for_each(answers, [this](const ReadingAnswer &answer) { take(answer); });
-            carryOutOrders(budgetForChanges);
+    if (!forWorker.isEmpty())
+        worker().read(forWorker);
+}
+
+ReadingWorker &FolderSynchronizer::worker()
+{
+    if (m_worker)
+        return *m_worker;
+    m_worker = std::make_unique<ReadingWorker>();
+    connect(m_worker.get(), &ReadingWorker::haveRead, this, &FolderSynchronizer::take);
+    connect(m_worker.get(), &ReadingWorker::haveLookedThrough, this,
+        [this](const QString &uid, const FolderDifferences &differences) {
+            const bool changedMeanwhile = m_lookingThrough.take(uid);
+            Collection *const lookedThrough = collection(uid);
+            if (!lookedThrough)
+                return;
+            takeDifferences(*lookedThrough, differences);
+            if (changedMeanwhile)
+                lookThroughFiles(*lookedThrough);
+            lookIntoSuspects();
         });
-    }
-    m_worker->read(forWorker);
+    return *m_worker;
 }
 
 void FolderSynchronizer::take(const ReadingAnswer &answer)
@@ -345,6 +429,7 @@ void FolderSynchronizer::takeSnapshot(
     const CalCalendarPtr recordBefore = collection.record();
     const FileSnapshotPtr before = collection.file(snapshot->fileName());
     collection.setFile(snapshot);
+    followLink(collection, *snapshot);
     noteProblems(path, *snapshot);
     announce(collection, !looksTheSame(*recordBefore, *collection.record()), before.get(), snapshot.get(), author);
 }

@@ -10,10 +10,11 @@
 
 #include <ZoneRegistry.h>
 
-#include <QElapsedTimer>
 #include <QObject>
 #include <QSet>
+#include <QTimer>
 
+#include <deque>
 #include <memory>
 #include <optional>
 #include <vector>
@@ -23,14 +24,17 @@ namespace FolderStore
 
 // Keeps what is known of the collections equal to what lies in the folder: reads
 // all of it at first, then whatever the watcher reports. Small work is done at
-// once, the rest goes to the worker. Says what has changed, never what has not:
-// a file whose bytes are as before is silent.
+// once, the rest goes to the worker; of either no more than some milliseconds in a
+// turn of the event loop, however much changes. Says what has changed, never what
+// has not: a file whose bytes are as before is silent.
 class FolderSynchronizer final : public QObject
 {
     Q_OBJECT
 
 public:
-    explicit FolderSynchronizer(FolderCalendarStore::Options options, QObject *parent = nullptr);
+    // `watching` is the system's, but for tests.
+    explicit FolderSynchronizer(
+        FolderCalendarStore::Options options, std::unique_ptr<FolderWatcher> watching = nullptr);
     ~FolderSynchronizer() override;
 
     void open();
@@ -53,6 +57,16 @@ Q_SIGNALS:
     void loaded();
 
 private:
+    struct FileKey {
+        QString collection; // its uid
+        QString fileName;
+
+        bool operator==(const FileKey &) const = default;
+        friend size_t qHash(const FileKey &key, size_t seed = 0)
+        {
+            return qHashMulti(seed, key.collection, key.fileName);
+        }
+    };
     // How much may be read before the rest goes to the worker; absent for all of it.
     using Budget = std::optional<std::chrono::milliseconds>;
 
@@ -62,6 +76,7 @@ private:
     void lookThroughEverything();
     void lookThroughRoot();
     void lookThroughFiles(Collection &collection);
+    void takeDifferences(Collection &collection, const FolderDifferences &differences);
     void updateDescription(Collection &collection);
     void updatePlace(Collection &collection, const FoundCollection &found);
     void remove(const QString &uid);
@@ -69,9 +84,14 @@ private:
 
     void namesChanged(const QHash<QString, QSet<QString>> &namesByFolder);
     void namesChangedIn(Collection &collection, const QSet<QString> &names);
+    void targetsChanged(const QHash<QString, QSet<QString>> &namesByFolder);
+    void followLink(const Collection &collection, const FileSnapshot &snapshot);
+    void suspect(const Collection &collection, const QString &fileName);
+    void lookIntoSuspects();
 
     void order(const Collection &collection, const QString &fileName);
     void carryOutOrders(Budget budget);
+    ReadingWorker &worker();
     void take(const ReadingAnswer &answer);
     void takeSnapshot(Collection &collection, const FileSnapshotPtr &snapshot, CalBackendChange::Author author);
     bool isAwaited(const Collection &collection, const FileSnapshotPtr &snapshot);
@@ -88,6 +108,11 @@ private:
     std::unique_ptr<FolderWatcher> m_watcher;
     std::unique_ptr<ReadingWorker> m_worker;
     QString m_watchedAncestor; // while the root is not there
+    // Linked item files by what they lead to. One that is a link no more is only read once too often.
+    QHash<QString, QHash<QString, QSet<FileKey>>> m_links; // by folder and name
+    std::deque<FileKey> m_suspects; // files that may have changed, not yet looked into
+    QTimer m_nextTurn; // runs while there are suspects
+    QHash<QString, bool> m_lookingThrough; // by uid: whether to look once more after the look that is under way
     QList<ReadingOrder> m_orders; // not yet carried out
     quint64 m_lastTicket = 0;
     QHash<QString, quint64> m_latestTickets; // by path

@@ -26,15 +26,15 @@ constexpr quint32 endingEvents = IN_DELETE_SELF | IN_MOVE_SELF | IN_UNMOUNT | IN
 
 } // namespace
 
-FolderWatcher::FolderWatcher(QObject *parent)
-    : QObject(parent)
-    , m_inotify(::inotify_init1(IN_NONBLOCK | IN_CLOEXEC))
+FolderWatcher::FolderWatcher(std::unique_ptr<WatchCalls> calls, std::chrono::milliseconds interval)
+    : m_calls(std::move(calls))
+    , m_inotify(m_calls->start())
 {
     m_settled.setSingleShot(true);
     m_settled.setInterval(settlingTime);
     m_overdue.setSingleShot(true);
     m_overdue.setInterval(longestDelay);
-    m_looking.setInterval(lookingInterval);
+    m_looking.setInterval(interval);
     connect(&m_settled, &QTimer::timeout, this, &FolderWatcher::report);
     connect(&m_overdue, &QTimer::timeout, this, &FolderWatcher::report);
     connect(&m_looking, &QTimer::timeout, this, &FolderWatcher::changesLost);
@@ -57,7 +57,7 @@ bool FolderWatcher::watch(const QString &folder)
 {
     if (m_inotify < 0)
         return true; // looked at again and again
-    const int descriptor = ::inotify_add_watch(m_inotify, QFile::encodeName(folder).constData(), watchedEvents);
+    const int descriptor = m_calls->watch(m_inotify, QFile::encodeName(folder).constData(), watchedEvents);
     if (descriptor < 0) {
         const int reason = errno;
         unwatch(folder);
@@ -92,18 +92,16 @@ void FolderWatcher::unwatch(const QString &folder)
 
 void FolderWatcher::readEvents()
 {
+    // Some hundreds of events at a time. While there are more, the next turn of the event loop comes
+    // here again: whoever writes without end must not hold up everything else.
     alignas(inotify_event) std::array<char, 16384> buffer {};
-    for (;;) {
-        const ssize_t length = ::read(m_inotify, buffer.data(), buffer.size());
-        if (length <= 0)
-            break;
-        for (ssize_t at = 0; at < length;) {
-            inotify_event event {};
-            std::memcpy(&event, buffer.data() + at, sizeof(event));
-            const char *name = buffer.data() + at + sizeof(event);
-            handleEvent(event.wd, event.mask, event.len > 0 ? QFile::decodeName(name) : QString());
-            at += static_cast<ssize_t>(sizeof(event) + event.len);
-        }
+    const ssize_t length = ::read(m_inotify, buffer.data(), buffer.size());
+    for (ssize_t at = 0; at < length;) {
+        inotify_event event {};
+        std::memcpy(&event, buffer.data() + at, sizeof(event));
+        const char *name = buffer.data() + at + sizeof(event);
+        handleEvent(event.wd, event.mask, event.len > 0 ? QFile::decodeName(name) : QString());
+        at += static_cast<ssize_t>(sizeof(event) + event.len);
     }
 }
 

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "WatchCalls.h"
+
 #include <QHash>
 #include <QObject>
 #include <QSet>
@@ -8,6 +10,7 @@
 #include <QTimer>
 
 #include <chrono>
+#include <memory>
 
 class QSocketNotifier;
 
@@ -25,7 +28,9 @@ class FolderWatcher final : public QObject
     Q_OBJECT
 
 public:
-    explicit FolderWatcher(QObject *parent = nullptr);
+    // The calls are the system's, and the interval the usual one, but for tests.
+    explicit FolderWatcher(std::unique_ptr<WatchCalls> calls = std::make_unique<WatchCalls>(),
+        std::chrono::milliseconds interval = lookingInterval);
     ~FolderWatcher() override;
 
     // Watches the folder that the path leads to, links followed. Watching a path again finds the
@@ -52,6 +57,7 @@ private:
     void report();
     void lookFromNowOn();
 
+    std::unique_ptr<WatchCalls> m_calls;
     int m_inotify = -1;
     QSocketNotifier *m_notifier = nullptr;
     QHash<int, QSet<QString>> m_pathsByDescriptor; // several paths may lead to one folder

@@ -5,7 +5,9 @@
 
 #include <ZoneRegistry.h>
 
-#include <algorithm>
+#include <QElapsedTimer>
+
+#include <iterator>
 
 using namespace Qt::StringLiterals;
 
@@ -15,8 +17,8 @@ namespace FolderStore
 namespace
 {
 
-// So few that taking in their answers holds nobody up.
-constexpr qsizetype filesPerAnswer = 100;
+// So few that the answers to the first ones do not wait for the last.
+constexpr qsizetype filesPerPart = 100;
 
 } // namespace
 
@@ -25,7 +27,8 @@ ReadingAnswer carryOut(const ReadingOrder &order, ICalendar::ZoneRegistry &zones
     const auto content = readRegularFile(order.path, Limits::itemFileBytes);
     if (!content)
         return { order, nullptr, content.error() };
-    if (!order.knownHash.isEmpty() && hashOf(content.value().bytes) == order.knownHash)
+    if (!order.knownHash.isEmpty() && hashOf(content.value().bytes) == order.knownHash
+        && content.value().linkTarget == order.knownLinkTarget)
         return { order, nullptr, std::nullopt };
     return { order, std::make_shared<const FileSnapshot>(order.fileName, content.value(), zones), std::nullopt };
 }
@@ -35,7 +38,9 @@ ReadingWorker::ReadingWorker(QObject *parent)
     , m_inside(new QObject) // NOLINT(cppcoreguidelines-owning-memory): deleted when its thread ends
     , m_zones(std::make_unique<ICalendar::ZoneRegistry>())
 {
-    qRegisterMetaType<QList<ReadingAnswer>>();
+    m_nextTurn.setSingleShot(true);
+    m_nextTurn.setInterval(0);
+    connect(&m_nextTurn, &QTimer::timeout, this, &ReadingWorker::handOver);
     m_thread.setObjectName(u"vantle-reading"_s);
     m_inside->moveToThread(&m_thread);
     connect(&m_thread, &QThread::finished, m_inside, &QObject::deleteLater);
@@ -51,21 +56,60 @@ ReadingWorker::~ReadingWorker()
 
 void ReadingWorker::read(const QList<ReadingOrder> &orders)
 {
-    for (qsizetype at = 0; at < orders.size(); at += filesPerAnswer) {
-        const QList<ReadingOrder> part = orders.mid(at, filesPerAnswer);
+    for (qsizetype at = 0; at < orders.size(); at += filesPerPart) {
+        const QList<ReadingOrder> part = orders.mid(at, filesPerPart);
         QMetaObject::invokeMethod(
             m_inside,
             [this, part] {
-                QList<ReadingAnswer> answers;
+                std::vector<std::function<void()>> announcements;
                 for (const ReadingOrder &order : part) {
                     if (m_isEnding)
                         return;
-                    answers << carryOut(order, *m_zones);
+                    announcements.emplace_back([this, answer = carryOut(order, *m_zones)] { Q_EMIT haveRead(answer); });
                 }
-                Q_EMIT haveRead(answers);
+                hand(std::move(announcements));
             },
             Qt::QueuedConnection);
     }
+}
+
+void ReadingWorker::lookThrough(
+    const QString &collection, const QString &folder, const QHash<QString, FileSnapshotPtr> &known)
+{
+    QMetaObject::invokeMethod(
+        m_inside,
+        [this, collection, folder, known] {
+            if (m_isEnding)
+                return;
+            hand({ [this, collection, differences = differencesIn(folder, known)] {
+                Q_EMIT haveLookedThrough(collection, differences);
+            } });
+        },
+        Qt::QueuedConnection);
+}
+
+void ReadingWorker::hand(std::vector<std::function<void()>> announcements)
+{
+    QMetaObject::invokeMethod(
+        this,
+        [this, made = std::move(announcements)]() mutable {
+            std::ranges::move(made, std::back_inserter(m_announcements));
+            m_nextTurn.start();
+        },
+        Qt::QueuedConnection);
+}
+
+void ReadingWorker::handOver()
+{
+    QElapsedTimer turn;
+    turn.start();
+    while (!m_announcements.empty() && turn.elapsed() < longestTurn.count()) {
+        const std::function<void()> announce = std::move(m_announcements.front());
+        m_announcements.pop_front();
+        announce();
+    }
+    if (!m_announcements.empty())
+        m_nextTurn.start();
 }
 
 } // namespace FolderStore
