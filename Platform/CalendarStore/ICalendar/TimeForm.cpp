@@ -1,0 +1,91 @@
+// SPDX-License-Identifier: MIT
+#include "TimeForm.h"
+
+#include "CivilDate.h"
+#include "PropertyLine.h"
+
+#include <QStringBuilder>
+
+#include <algorithm>
+
+namespace ICalendar
+{
+
+namespace
+{
+
+// RFC 5545, section 3.2, and RFC 6868.
+QByteArray parameterText(QByteArray value)
+{
+    value.replace('^', "^^").replace('\n', "^n").replace('"', "^'");
+    const bool needsQuotes = std::ranges::any_of(value, [](char c) { return c == ':' || c == ';' || c == ','; });
+    return needsQuotes ? QByteArray('"' + value + '"') : value;
+}
+
+QByteArray padded(qint64 number, int digits)
+{
+    return QByteArray::number(number).rightJustified(digits, '0');
+}
+
+QByteArray dateText(CivilSeconds civil)
+{
+    const YearMonthDay date = yearMonthDay(dayOf(civil));
+    return padded(std::clamp(date.year, 1, 9999), 4) + padded(date.month, 2) + padded(date.day, 2);
+}
+
+QByteArray dateTimeText(CivilSeconds civil)
+{
+    const int time = timeOfDay(civil);
+    return dateText(civil) + 'T' + padded(time / secondsPerHour, 2) + padded(time / secondsPerMinute % 60, 2)
+        + padded(time % 60, 2);
+}
+
+} // namespace
+
+TimeForm TimeForm::of(const PropertyLine &property, const CivilTime &time)
+{
+    if (time.isDate())
+        return date();
+    TimeForm form { time.form, time.zone, {} };
+    const auto tzid = property.parameter("TZID");
+    // A name that is not known here may be known to others.
+    if (tzid && time.form != CivilTime::Form::Utc)
+        form.parameters = ";TZID=" + parameterText(*tzid);
+    return form;
+}
+
+TimeForm TimeForm::date()
+{
+    return { CivilTime::Form::Date, nullptr, ";VALUE=DATE" };
+}
+
+TimeForm TimeForm::utc()
+{
+    return { CivilTime::Form::Utc, nullptr, {} };
+}
+
+CivilSeconds TimeForm::civilAt(UtcSeconds instant, const Zone &local) const
+{
+    if (form == CivilTime::Form::Utc)
+        return instant;
+    const CivilSeconds civil = form == CivilTime::Form::Zoned && zone ? zone->toCivil(instant) : local.toCivil(instant);
+    return isDate() ? dayOf(civil) * secondsPerDay : civil;
+}
+
+CivilSeconds TimeForm::civilOf(const CivilTime &time, const Zone &local) const
+{
+    if (isDate() && time.form != CivilTime::Form::Utc)
+        return dayOf(time.civil) * secondsPerDay;
+    if (time.form == form && time.zone == zone)
+        return time.civil;
+    return civilAt(time.toUtc(local), local);
+}
+
+QByteArray TimeForm::text(CivilSeconds civil) const
+{
+    if (isDate())
+        return dateText(civil);
+    return dateTimeText(civil) + (form == CivilTime::Form::Utc ? "Z" : "");
+}
+
+} // namespace ICalendar
