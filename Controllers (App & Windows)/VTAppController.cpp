@@ -4,13 +4,13 @@
 #include "VTMainWindow.h"
 
 #include <DesktopAppearance.h>
+#include <KLVStyle.h>
 #include <KLVTheme.h>
 #include <PropertyList.h>
 #include <Termination.h>
 #include <UserDefaults.h>
 
 #include <QApplication>
-#include <QStyle>
 #include <QTimer>
 
 using namespace Qt::StringLiterals;
@@ -56,7 +56,7 @@ void VTAppController::awakeFromNib()
 void VTAppController::dressApplication()
 {
     // A style that the desktop brings has its own colours.
-    if (QApplication::style()->name() != u"fusion"_s)
+    if (!KLVStyle::dressApplication())
         return;
 
     const auto dress = [this] {

@@ -56,3 +56,21 @@ void KLVDrawings::drawSelectedBackground(QPainter &painter, const QRectF &frame,
     painter.drawRoundedRect(rect, radius, radius);
     painter.restore();
 }
+
+void KLVDrawings::drawScrollHandle(
+    QPainter &painter, const KLVTheme &theme, const QRectF &slot, Qt::Orientation orientation, bool isTouched)
+{
+    constexpr double thickness = 5.0;
+    const QRectF handle = orientation == Qt::Vertical
+        ? QRectF(slot.center().x() - thickness / 2, slot.y() + 1, thickness, slot.height() - 2)
+        : QRectF(slot.x() + 1, slot.center().y() - thickness / 2, slot.width() - 2, thickness);
+    QColor color = theme.dimText();
+    color.setAlphaF(isTouched ? 0.8F : 0.45F);
+
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(color);
+    painter.drawRoundedRect(handle, thickness / 2, thickness / 2);
+    painter.restore();
+}

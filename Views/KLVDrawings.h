@@ -24,4 +24,8 @@ QFont placeholderFont(const QFont &personsFont);
 // A rounded rectangle 2 points inside the frame: the colour at 0.15, and a line of 3 points around it.
 void drawSelectedBackground(QPainter &painter, const QRectF &frame, const QColor &color);
 
+// The rounded handle of a slim scroll bar, in the middle of the rectangle that it may fill.
+void drawScrollHandle(
+    QPainter &painter, const KLVTheme &theme, const QRectF &slot, Qt::Orientation orientation, bool isTouched);
+
 } // namespace KLVDrawings

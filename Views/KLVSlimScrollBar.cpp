@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "KLVSlimScrollBar.h"
 
+#include "KLVDrawings.h"
 #include "KLVTheme.h"
 
 #include <QPainter>
@@ -20,17 +21,10 @@ QSize KLVSlimScrollBar::sizeHint() const
 
 void KLVSlimScrollBar::paintEvent(QPaintEvent * /*event*/)
 {
-    constexpr double handleWidth = 5.0;
     QStyleOptionSlider option;
     initStyleOption(&option);
     const QRectF slot = style()->subControlRect(QStyle::CC_ScrollBar, &option, QStyle::SC_ScrollBarSlider, this);
-    const QRectF handle((width() - handleWidth) / 2, slot.y() + 1, handleWidth, slot.height() - 2);
-    QColor color = KLVTheme(palette()).dimText();
-    color.setAlphaF(underMouse() || isSliderDown() ? 0.8F : 0.45F);
-
+    const QRectF handle(0, slot.y(), width(), slot.height());
     QPainter painter(this);
-    painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(Qt::NoPen);
-    painter.setBrush(color);
-    painter.drawRoundedRect(handle, handleWidth / 2, handleWidth / 2);
+    KLVDrawings::drawScrollHandle(painter, KLVTheme(palette()), handle, Qt::Vertical, underMouse() || isSliderDown());
 }

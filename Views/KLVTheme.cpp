@@ -20,18 +20,18 @@ double luminance(const QColor &color)
 }
 
 struct Roles {
-    QRgb window, base, button, text, dim, accent;
+    QRgb window, base, alternate, button, text, dim, accent;
 };
 
-constexpr Roles lightRoles { 0xfff6f7f9, 0xffffffff, 0xffffffff, 0xff1d2025, 0xff6b7280, 0xff2f6fde };
-constexpr Roles darkRoles { 0xff26282c, 0xff1e2023, 0xff33363b, 0xffe8eaed, 0xff9aa0a8, 0xff6ea1ff };
+constexpr Roles lightRoles { 0xfff6f7f9, 0xffffffff, 0xffedf3fe, 0xffffffff, 0xff1d2025, 0xff6b7280, 0xff2f6fde };
+constexpr Roles darkRoles { 0xff26282c, 0xff1e2023, 0xff232a37, 0xff33363b, 0xffe8eaed, 0xff9aa0a8, 0xff6ea1ff };
 
 QPalette paletteOf(const Roles &roles, const QColor &accent)
 {
     const QColor highlight = accent.isValid() ? accent : QColor(roles.accent);
     QPalette palette(QColor(roles.button), QColor(roles.window));
     palette.setColor(QPalette::Base, QColor(roles.base));
-    palette.setColor(QPalette::AlternateBase, QColor(roles.window));
+    palette.setColor(QPalette::AlternateBase, QColor(roles.alternate));
     palette.setColor(QPalette::WindowText, QColor(roles.text));
     palette.setColor(QPalette::Text, QColor(roles.text));
     palette.setColor(QPalette::ButtonText, QColor(roles.text));

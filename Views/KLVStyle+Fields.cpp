@@ -1,0 +1,249 @@
+// SPDX-License-Identifier: MIT
+#include "KLVStyle.h"
+
+#include "KLVDrawings.h"
+#include "KLVStyleShapes.h"
+#include "KLVTheme.h"
+
+#include <QAbstractScrollArea>
+#include <QPainter>
+#include <QStyleOption>
+
+using namespace KLVStyleShapes;
+
+namespace
+{
+
+// All in points.
+constexpr qreal comboArrowArea = 26;
+constexpr qreal spinButtonWidth = 18;
+constexpr qreal scrollBarWidth = 10;
+constexpr qreal tableFrame = 3; // inside it a square corner does not touch the rounded one
+constexpr qreal checkBoxSpacing = 7;
+constexpr qreal menuMargin = 4;
+constexpr qreal spacing = 8;
+constexpr qreal tipMargin = 4;
+
+// A scroll bar has no trough: it stands on what it scrolls.
+QPalette::ColorRole roleBehindScrollBar(const QWidget *bar)
+{
+    for (const QWidget *widget = bar; widget; widget = widget->parentWidget()) {
+        if (const auto *area = qobject_cast<const QAbstractScrollArea *>(widget))
+            return area->viewport()->backgroundRole();
+    }
+    return QPalette::Base;
+}
+
+} // namespace
+
+void KLVStyle::drawComboBox(QPainter &painter, const QStyleOptionComboBox &option, const QWidget * /*widget*/) const
+{
+    drawField(painter, option, option.palette.color(QPalette::Button));
+    if (!option.subControls.testFlag(SC_ComboBoxArrow))
+        return;
+    const QPalette::ColorGroup group = option.state.testFlag(State_Enabled) ? QPalette::Active : QPalette::Disabled;
+    const QRect arrow = comboBoxRect(option, SC_ComboBoxArrow);
+    drawArrow(painter, arrow, option.palette.color(group, QPalette::ButtonText), Qt::DownArrow);
+}
+
+QRect KLVStyle::comboBoxRect(const QStyleOptionComplex &option, SubControl subControl)
+{
+    const QRect rect = option.rect;
+    const int arrow = points(comboArrowArea);
+    switch (subControl) {
+    case SC_ComboBoxArrow:
+        return visualRect(option.direction, rect, QRect(rect.right() + 1 - arrow, rect.top(), arrow, rect.height()));
+    case SC_ComboBoxEditField:
+        return visualRect(option.direction, rect, rect.adjusted(points(fieldMargin) - 1, 1, -arrow, -1));
+    default:
+        return rect;
+    }
+}
+
+void KLVStyle::drawSpinBox(QPainter &painter, const QStyleOptionSpinBox &option, const QWidget *widget) const
+{
+    if (option.frame)
+        drawField(painter, option, option.palette.color(QPalette::Button));
+    if (option.buttonSymbols == QAbstractSpinBox::NoButtons)
+        return;
+    const auto draw = [&](SubControl part, QAbstractSpinBox::StepEnabledFlag step, Qt::ArrowType type) {
+        const bool isEnabled = option.state.testFlag(State_Enabled) && option.stepEnabled.testFlag(step);
+        const QColor color
+            = option.palette.color(isEnabled ? QPalette::Active : QPalette::Disabled, QPalette::ButtonText);
+        drawArrow(painter, proxy()->subControlRect(CC_SpinBox, &option, part, widget), color, type);
+    };
+    draw(SC_SpinBoxUp, QAbstractSpinBox::StepUpEnabled, Qt::UpArrow);
+    draw(SC_SpinBoxDown, QAbstractSpinBox::StepDownEnabled, Qt::DownArrow);
+}
+
+void KLVStyle::drawScrollBar(QPainter &painter, const QStyleOptionComplex &option, const QWidget *widget) const
+{
+    painter.fillRect(option.rect, option.palette.color(roleBehindScrollBar(widget)));
+    const auto *slider = qstyleoption_cast<const QStyleOptionSlider *>(&option);
+    if (!slider || slider->minimum >= slider->maximum)
+        return;
+    const QRect handle = proxy()->subControlRect(CC_ScrollBar, &option, SC_ScrollBarSlider, widget);
+    KLVDrawings::drawScrollHandle(painter, KLVTheme(option.palette), handle, slider->orientation,
+        option.state.testAnyFlags({ State_MouseOver, State_Sunken }));
+}
+
+void KLVStyle::drawFrame(QPainter &painter, const QStyleOption &option, const QWidget *widget)
+{
+    const auto *area = qobject_cast<const QAbstractScrollArea *>(widget);
+    const QPalette::ColorRole role = area ? area->viewport()->backgroundRole() : QPalette::Window;
+    drawField(painter, option, option.palette.color(role));
+}
+
+void KLVStyle::drawHeaderSection(QPainter &painter, const QStyleOption &option)
+{
+    const KLVTheme theme(option.palette);
+    painter.fillRect(option.rect, theme.window());
+    painter.fillRect(QRect(option.rect.left(), option.rect.bottom(), option.rect.width(), 1), theme.hairline());
+}
+
+QRect KLVStyle::subElementRect(SubElement element, const QStyleOption *option, const QWidget *widget) const
+{
+    switch (element) {
+    case SE_LineEditContents: {
+        const QRect rect = QProxyStyle::subElementRect(element, option, widget);
+        const auto *frame = qstyleoption_cast<const QStyleOptionFrame *>(option);
+        // The line edit adds two pixels of its own.
+        const int margin = frame && frame->lineWidth > 0 ? points(fieldMargin) - 2 - frame->lineWidth : 0;
+        return rect.adjusted(margin, 0, -margin, 0);
+    }
+    case SE_CheckBoxFocusRect:
+    case SE_RadioButtonFocusRect:
+        return option->rect;
+    default:
+        return QProxyStyle::subElementRect(element, option, widget);
+    }
+}
+
+QRect KLVStyle::subControlRect(
+    ComplexControl control, const QStyleOptionComplex *option, SubControl subControl, const QWidget *widget) const
+{
+    if (control == CC_ComboBox)
+        return comboBoxRect(*option, subControl);
+    if (const auto *spinBox = qstyleoption_cast<const QStyleOptionSpinBox *>(option);
+        spinBox && control == CC_SpinBox) {
+        const bool hasButtons = spinBox->buttonSymbols != QAbstractSpinBox::NoButtons;
+        const int buttons = hasButtons ? points(spinButtonWidth) : 0;
+        const QRect rect = option->rect;
+        const int middle = rect.height() / 2;
+        const int left = rect.right() + 1 - buttons - (hasButtons ? 2 : 0);
+        switch (subControl) {
+        case SC_SpinBoxUp:
+            return visualRect(option->direction, rect, QRect(left, rect.top() + 2, buttons, middle - 2));
+        case SC_SpinBoxDown:
+            return visualRect(
+                option->direction, rect, QRect(left, rect.top() + middle, buttons, rect.height() - middle - 2));
+        case SC_SpinBoxEditField:
+            return visualRect(option->direction, rect,
+                QRect(points(fieldMargin) - 2, 1, left - 2 * points(fieldMargin) + 4, rect.height() - 2));
+        default:
+            return rect;
+        }
+    }
+    // No arrows at the ends of a scroll bar: the whole length is its groove.
+    if (const auto *slider = qstyleoption_cast<const QStyleOptionSlider *>(option); slider && control == CC_ScrollBar) {
+        const QRect rect = option->rect;
+        const bool isHorizontal = slider->orientation == Qt::Horizontal;
+        const int length = isHorizontal ? rect.width() : rect.height();
+        const qint64 range = static_cast<qint64>(slider->maximum) - slider->minimum;
+        int handle = length;
+        if (range > 0) {
+            handle = static_cast<int>(static_cast<qint64>(slider->pageStep) * length / (range + slider->pageStep));
+            handle = std::min(length, std::max(handle, pixelMetric(PM_ScrollBarSliderMin, option, widget)));
+        }
+        const int start = sliderPositionFromValue(
+            slider->minimum, slider->maximum, slider->sliderPosition, length - handle, slider->upsideDown);
+        const auto part = [&](int from, int to) {
+            const QRect own = isHorizontal ? QRect(rect.left() + from, rect.top(), to - from, rect.height())
+                                           : QRect(rect.left(), rect.top() + from, rect.width(), to - from);
+            return visualRect(option->direction, rect, own);
+        };
+        switch (subControl) {
+        case SC_ScrollBarGroove:
+            return rect;
+        case SC_ScrollBarSlider:
+            return part(start, start + handle);
+        case SC_ScrollBarSubPage:
+            return part(0, start);
+        case SC_ScrollBarAddPage:
+            return part(start + handle, length);
+        default:
+            return {};
+        }
+    }
+    return QProxyStyle::subControlRect(control, option, subControl, widget);
+}
+
+QSize KLVStyle::sizeFromContents(
+    ContentsType type, const QStyleOption *option, const QSize &size, const QWidget *widget) const
+{
+    switch (type) {
+    case CT_PushButton:
+        if (const auto *button = qstyleoption_cast<const QStyleOptionButton *>(option))
+            return buttonSize(*button);
+        break;
+    case CT_MenuItem:
+        if (const auto *item = qstyleoption_cast<const QStyleOptionMenuItem *>(option))
+            return menuItemSize(*item, size, widget);
+        break;
+    case CT_LineEdit: {
+        // A field with a larger font of its own, such as a title, is higher.
+        constexpr qreal room = 5;
+        return { size.width() + 2 * points(fieldMargin),
+            std::max(lineBox(fieldHeight), size.height() + 2 * points(room)) };
+    }
+    case CT_ComboBox:
+        return { size.width() + points(fieldMargin) + points(comboArrowArea), lineBox(fieldHeight) };
+    case CT_SpinBox:
+        return { size.width() + 2 * points(fieldMargin), lineBox(fieldHeight) };
+    case CT_CheckBox:
+    case CT_RadioButton: {
+        const QSize base = QProxyStyle::sizeFromContents(type, option, size, widget);
+        return { base.width() + 2, std::max(base.height(), points(indicatorSize) + points(focusWidth) * 2) };
+    }
+    default:
+        break;
+    }
+    return QProxyStyle::sizeFromContents(type, option, size, widget);
+}
+
+int KLVStyle::pixelMetric(PixelMetric metric, const QStyleOption *option, const QWidget *widget) const
+{
+    switch (metric) {
+    case PM_IndicatorWidth:
+    case PM_IndicatorHeight:
+    case PM_ExclusiveIndicatorWidth:
+    case PM_ExclusiveIndicatorHeight:
+        return points(indicatorSize);
+    case PM_CheckBoxLabelSpacing:
+    case PM_RadioButtonLabelSpacing:
+        return points(checkBoxSpacing);
+    case PM_ScrollBarExtent:
+        return points(scrollBarWidth);
+    case PM_ScrollBarSliderMin:
+        return points(2 * scrollBarWidth);
+    case PM_ScrollView_ScrollBarSpacing:
+    case PM_ScrollView_ScrollBarOverlap:
+    case PM_ButtonShiftHorizontal:
+    case PM_ButtonShiftVertical:
+        return 0;
+    case PM_MenuPanelWidth:
+        return 1;
+    case PM_DefaultFrameWidth:
+        return qobject_cast<const QAbstractScrollArea *>(widget) ? points(tableFrame) : 1;
+    case PM_LayoutHorizontalSpacing:
+    case PM_LayoutVerticalSpacing:
+        return points(spacing);
+    case PM_MenuHMargin:
+    case PM_MenuVMargin:
+        return points(menuMargin);
+    case PM_ToolTipLabelFrameWidth:
+        return points(tipMargin);
+    default:
+        return QProxyStyle::pixelMetric(metric, option, widget);
+    }
+}
