@@ -118,9 +118,10 @@ QVariant valueOf(plist_t node)
 
 Result<QVariant> propertyListFromXml(const QByteArray &xml)
 {
-    // libplist reports nothing: it leaves the pointer alone when the text is damaged.
+    // libplist reports nothing: it leaves the pointer alone when the text is damaged. But a NUL, which
+    // XML never holds, ends the process.
     plist_t root = nullptr;
-    if (!xml.isEmpty() && xml.size() <= std::numeric_limits<uint32_t>::max())
+    if (!xml.isEmpty() && xml.size() <= std::numeric_limits<uint32_t>::max() && !xml.contains('\0'))
         plist_from_xml(xml.constData(), static_cast<uint32_t>(xml.size()), &root);
     const NodePtr owned(root);
     if (!root)

@@ -98,6 +98,8 @@ void PropertyListTest::damagedTextIsAnError_data()
     QTest::newRow("cut in a tag") << whole.left(whole.indexOf("<key>") + 3);
     QTest::newRow("cut in the head") << whole.left(20);
     QTest::newRow("list without content") << propertyList("");
+    QTest::newRow("a NUL in a text") << propertyList(QByteArray("<string>a\0b</string>", 20));
+    QTest::newRow("a NUL in a key") << propertyList(QByteArray("<dict><key>\0</key><true/></dict>", 33));
 }
 
 void PropertyListTest::damagedTextIsAnError()
