@@ -32,6 +32,11 @@ std::shared_ptr<Record> stored(const Record &item, const CalCalendarPtr &calenda
 {
     auto copy = independentCopy(item);
     copy->setCalendar(calendar);
+    // A sound makes a message alarm a sound alarm.
+    for (const CalAlarmPtr &alarm : copy->alarms()) {
+        if (alarm->sound() && alarm->action() == CalAlarmActionDisplay)
+            alarm->setAction(CalAlarmActionSound);
+    }
     CalItemOrigin origin = copy->origin();
     origin.version = QByteArray::number(version);
     copy->setOrigin(origin);
@@ -113,6 +118,15 @@ void MemoryBackend::addTask(const QString &calendarUid, const CalTaskPtr &task)
 void MemoryBackend::removeItem(const QString &plainUid)
 {
     const auto isNamed = [&plainUid](const CalCalendarItemPtr &item) { return item->origin().plainUid == plainUid; };
+    m_events.removeIf(isNamed);
+    m_tasks.removeIf(isNamed);
+}
+
+void MemoryBackend::removeItem(const QString &calendarUid, const QString &plainUid)
+{
+    const auto isNamed = [&](const CalCalendarItemPtr &item) {
+        return item->origin().plainUid == plainUid && item->calendar()->uid() == calendarUid;
+    };
     m_events.removeIf(isNamed);
     m_tasks.removeIf(isNamed);
 }
@@ -227,12 +241,13 @@ Result<void, StoreError> MemoryBackend::saveEvent(CalEvent &event, CalSpan span)
         saveAllOfSeries(event);
     // On a series only the span of all moves it to another calendar.
     const auto place = placeOf(event, m_events);
-    const CalCalendarPtr calendar = isFirstStep ? (*place)->calendar() : event.calendar();
+    const CalCalendarPtr from = (*place)->calendar();
+    const CalCalendarPtr calendar = isFirstStep ? from : event.calendar();
     *place = stored(event, calendarWithUid(calendar->uid()), ++m_lastVersion);
     event.setOrigin((*place)->origin());
     if (!isFirstStep)
         event.markAsRead();
-    announceOwn(event);
+    announceOwn(event, { from->uid(), calendar->uid() });
     return {};
 }
 
@@ -250,10 +265,11 @@ Result<void, StoreError> MemoryBackend::saveTask(CalTask &task)
     if (!task.origin().isStored())
         create(task, m_tasks);
     const auto place = placeOf(task, m_tasks);
+    const CalCalendarPtr from = (*place)->calendar();
     *place = stored(task, calendarWithUid(task.calendar()->uid()), ++m_lastVersion);
     task.setOrigin((*place)->origin());
     task.markAsRead();
-    announceOwn(task);
+    announceOwn(task, { from->uid(), task.calendar()->uid() });
     return {};
 }
 
@@ -281,7 +297,7 @@ public:
             return refused(item, StoreError::Code::Conflict, u"It is there again."_s);
         m_backend.m_events += m_events;
         m_backend.m_tasks += m_tasks;
-        m_backend.announceOwn(item);
+        m_backend.announceOwn(item, { item.calendar()->uid() });
         return {};
     }
 
@@ -309,7 +325,7 @@ Result<std::unique_ptr<CalRemoval>, StoreError> MemoryBackend::removeEvent(const
             removed.append(each);
     }
     m_events.removeIf([&removed](const CalEventPtr &each) { return removed.contains(each); });
-    announceOwn(event);
+    announceOwn(event, { removed.first()->calendar()->uid() });
     return std::unique_ptr<CalRemoval>(std::make_unique<Removal>(*this, removed, CalTaskList()));
 }
 
@@ -323,7 +339,7 @@ Result<std::unique_ptr<CalRemoval>, StoreError> MemoryBackend::removeTask(const 
     const auto place = placeOf(task, m_tasks);
     const CalTaskList removed { *place };
     m_tasks.erase(place);
-    announceOwn(task);
+    announceOwn(task, { removed.first()->calendar()->uid() });
     return std::unique_ptr<CalRemoval>(std::make_unique<Removal>(*this, CalEventList(), removed));
 }
 
@@ -388,13 +404,13 @@ void MemoryBackend::saveAllOfSeries(const CalEvent &event)
     }
 }
 
-void MemoryBackend::announceOwn(const CalCalendarItem &item)
+void MemoryBackend::announceOwn(const CalCalendarItem &item, const QSet<QString> &calendarUids)
 {
     const bool isEvent = item.kind() == CalItemKind::Event;
     postChange({ .author = CalBackendChange::Author::Ourselves,
         .events = isEvent,
         .tasks = !isEvent,
-        .calendarUids = { item.calendar()->uid() } });
+        .calendarUids = calendarUids });
 }
 
 CalCalendarPtr MemoryBackend::calendarWithUid(const QString &uid) const

@@ -25,7 +25,8 @@ public:
     // Items are copied. Their calendar must have been added before.
     void addEvent(const QString &calendarUid, const CalEventPtr &event);
     void addTask(const QString &calendarUid, const CalTaskPtr &task);
-    void removeItem(const QString &plainUid);
+    void removeItem(const QString &plainUid); // from every calendar
+    void removeItem(const QString &calendarUid, const QString &plainUid);
     void removeAllItems();
     // Also removals and their taking back.
     void refuseSaves(StoreError::Code code, const QString &reason);
@@ -79,7 +80,7 @@ private:
     template <typename Record> void create(Record &item, QList<std::shared_ptr<Record>> &held);
     std::optional<StoreError> takeRefusal(const CalCalendarItem &item);
     void saveAllOfSeries(const CalEvent &event);
-    void announceOwn(const CalCalendarItem &item);
+    void announceOwn(const CalCalendarItem &item, const QSet<QString> &calendarUids);
     CalCalendarPtr calendarWithUid(const QString &uid) const;
 
     CalCalendarList m_calendars;
