@@ -51,6 +51,7 @@ public:
     // Seconds from the item's time, negative before it; counts while there is no absolute trigger.
     // The trigger that is set last is the one that counts: this one takes an absolute one away.
     double relativeTrigger() const { return m_relativeTrigger; }
+    // Takes the absolute trigger away: the one that was set last counts.
     void setRelativeTrigger(double seconds);
 
     const std::optional<QDateTime> &absoluteTrigger() const { return m_absoluteTrigger; }

@@ -295,22 +295,6 @@
         <translation>Ein anderes Programm hat es inzwischen entfernt oder umbenannt.</translation>
     </message>
     <message>
-        <source>A to-do cannot be moved to another calendar.</source>
-        <translation>Eine Aufgabe kann nicht in einen anderen Kalender verschoben werden.</translation>
-    </message>
-    <message>
-        <source>The due date of a to-do cannot be changed.</source>
-        <translation>Die Fälligkeit einer Aufgabe kann nicht geändert werden.</translation>
-    </message>
-    <message>
-        <source>The alarms of a to-do cannot be changed.</source>
-        <translation>Die Erinnerungen einer Aufgabe können nicht geändert werden.</translation>
-    </message>
-    <message>
-        <source>New to-dos cannot be stored here.</source>
-        <translation>Neue Aufgaben können hier nicht abgelegt werden.</translation>
-    </message>
-    <message>
         <source>The calendar is not there any more.</source>
         <translation>Der Kalender ist nicht mehr da.</translation>
     </message>
@@ -690,6 +674,30 @@
     <message>
         <source>Hide Due After This Week</source>
         <translation>Nach dieser Woche Fällige ausblenden</translation>
+    </message>
+    <message>
+        <source>Another file has taken its place.</source>
+        <translation>Eine andere Datei hat seinen Platz eingenommen.</translation>
+    </message>
+    <message>
+        <source>It is there again already.</source>
+        <translation>Es ist bereits wieder da.</translation>
+    </message>
+    <message>
+        <source>One of several occurrences cannot be removed here.</source>
+        <translation>Ein einzelner von mehreren Terminen kann hier nicht gelöscht werden.</translation>
+    </message>
+    <message>
+        <source>An event needs a start and an end.</source>
+        <translation>Ein Termin braucht einen Anfang und ein Ende.</translation>
+    </message>
+    <message>
+        <source>A repeating event cannot be changed here.</source>
+        <translation>Ein wiederkehrender Termin kann hier nicht geändert werden.</translation>
+    </message>
+    <message>
+        <source>The calendar already holds an item with the same identifier.</source>
+        <translation>Der Kalender enthält bereits einen Eintrag mit derselben Kennung.</translation>
     </message>
 </context>
 </TS>

@@ -50,6 +50,16 @@ int FileCalls::rename(int folder, const char *name, const char *newName)
     return ::renameat(folder, name, folder, newName);
 }
 
+int FileCalls::renameIfFree(int folder, const char *name, const char *newName)
+{
+    return ::renameat2(folder, name, folder, newName, RENAME_NOREPLACE);
+}
+
+int FileCalls::link(int folder, const char *name, const char *newName)
+{
+    return ::linkat(folder, name, folder, newName, 0);
+}
+
 int FileCalls::unlink(int folder, const char *name)
 {
     return ::unlinkat(folder, name, 0);

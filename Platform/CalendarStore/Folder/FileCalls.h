@@ -10,7 +10,7 @@ struct stat;
 namespace FolderStore
 {
 
-// The calls to the system by which a file is replaced, as they are: -1 and errno
+// The calls to the system by which a file is replaced, created or removed, as they are: -1 and errno
 // on failure. Tests put in their place what fails, or ends the process, at one of them.
 class FileCalls
 {
@@ -30,6 +30,9 @@ public:
     // Gives each of the two names the other's file, in one step.
     virtual int exchange(int folder, const char *name, const char *otherName);
     virtual int rename(int folder, const char *name, const char *newName);
+    // -1 and EEXIST when the new name is taken.
+    virtual int renameIfFree(int folder, const char *name, const char *newName);
+    virtual int link(int folder, const char *name, const char *newName);
     virtual int unlink(int folder, const char *name);
 };
 

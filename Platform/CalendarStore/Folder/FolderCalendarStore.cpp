@@ -3,9 +3,10 @@
 
 #include "Collection.h"
 #include "FolderSynchronizer.h"
+#include "ItemRemover.h"
+#include "ItemSaver.h"
 #include "ItemTimes.h"
 #include "RecordMaker.h"
-#include "TaskSaver.h"
 
 #include <ZoneRegistry.h>
 
@@ -47,20 +48,14 @@ bool isInState(const Item &task, CalendarStoreBackend::TaskState state, ICalenda
     return true;
 }
 
-StoreError notChangedHere(const CalCalendarItem &item)
-{
-    return { StoreError::Code::Invalid, item.title().value_or(QString()), item.calendar()->title(),
-        u"Events are not written and items not removed here."_s };
-}
-
 } // namespace
 
 class FolderCalendarStore::Private final
 {
 public:
-    Private(Options options, const Clock &clock)
+    Private(Options options, const Clock &clock, FolderStore::FileCalls *calls)
         : synchronizer(std::move(options))
-        , saver(synchronizer, clock)
+        , files(synchronizer, clock, calls ? *calls : ownCalls)
     {
     }
 
@@ -68,7 +63,10 @@ public:
         const GroupRef &ref, const Question &question);
 
     FolderStore::FolderSynchronizer synchronizer;
-    FolderStore::TaskSaver saver;
+    FolderStore::FileCalls ownCalls;
+    FolderStore::ItemFiles files;
+    FolderStore::ItemSaver saver { files };
+    FolderStore::ItemRemover remover { files };
 };
 
 void FolderCalendarStore::Private::addOccurrences(CalEventList &events, const Collection &collection,
@@ -92,7 +90,19 @@ void FolderCalendarStore::Private::addOccurrences(CalEventList &events, const Co
 
 FolderCalendarStore::FolderCalendarStore(Options options, Clock &clock, QObject *parent)
     : CalendarStoreBackend(parent)
-    , d(std::make_unique<Private>(std::move(options), clock))
+    , d(std::make_unique<Private>(std::move(options), clock, nullptr))
+{
+    open();
+}
+
+FolderCalendarStore::FolderCalendarStore(Options options, Clock &clock, FolderStore::FileCalls &calls, QObject *parent)
+    : CalendarStoreBackend(parent)
+    , d(std::make_unique<Private>(std::move(options), clock, &calls))
+{
+    open();
+}
+
+void FolderCalendarStore::open()
 {
     connect(&d->synchronizer, &FolderStore::FolderSynchronizer::changed, this, &FolderCalendarStore::changed);
     connect(&d->synchronizer, &FolderStore::FolderSynchronizer::loaded, this, &FolderCalendarStore::loaded);
@@ -169,9 +179,9 @@ CalTaskList FolderCalendarStore::tasks(TaskState state, const QDateTime &since, 
     return tasks;
 }
 
-Result<void, StoreError> FolderCalendarStore::saveEvent(CalEvent &event, CalSpan /*span*/)
+Result<void, StoreError> FolderCalendarStore::saveEvent(CalEvent &event, CalSpan span)
 {
-    return notChangedHere(event);
+    return d->saver.save(event, span);
 }
 
 Result<void, StoreError> FolderCalendarStore::saveTask(CalTask &task)
@@ -179,13 +189,12 @@ Result<void, StoreError> FolderCalendarStore::saveTask(CalTask &task)
     return d->saver.save(task);
 }
 
-Result<std::unique_ptr<CalRemoval>, StoreError> FolderCalendarStore::removeEvent(
-    const CalEvent &event, CalSpan /*span*/)
+Result<std::unique_ptr<CalRemoval>, StoreError> FolderCalendarStore::removeEvent(const CalEvent &event, CalSpan span)
 {
-    return notChangedHere(event);
+    return d->remover.remove(event, span);
 }
 
 Result<std::unique_ptr<CalRemoval>, StoreError> FolderCalendarStore::removeTask(const CalTask &task)
 {
-    return notChangedHere(task);
+    return d->remover.remove(task);
 }

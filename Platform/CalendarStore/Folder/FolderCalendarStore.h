@@ -11,6 +11,11 @@
 
 class Clock;
 
+namespace FolderStore
+{
+class FileCalls;
+}
+
 // Calendars in a folder: the "vdir" layout that khal, todoman and vdirsyncer share.
 //
 // Each folder below the root is a calendar of one-item .ics files; `color`,
@@ -32,6 +37,8 @@ public:
     };
 
     FolderCalendarStore(Options options, Clock &clock, QObject *parent = nullptr);
+    // Writes by these calls of the system, which outlive the store.
+    FolderCalendarStore(Options options, Clock &clock, FolderStore::FileCalls &calls, QObject *parent = nullptr);
     ~FolderCalendarStore() override;
 
     CalCalendarList calendars() const override;
@@ -46,6 +53,8 @@ public:
     Result<std::unique_ptr<CalRemoval>, StoreError> removeTask(const CalTask &task) override;
 
 private:
+    void open();
+
     class Private;
     std::unique_ptr<Private> d;
 };

@@ -103,6 +103,12 @@ void FolderSynchronizer::takeOwn(Collection &collection, const FileSnapshotPtr &
     takeSnapshot(collection, snapshot, CalBackendChange::Author::Ourselves);
 }
 
+void FolderSynchronizer::dropOwn(Collection &collection, const QString &fileName)
+{
+    m_latestTickets.remove(collection.pathOf(fileName));
+    dropFile(collection, fileName, CalBackendChange::Author::Ourselves);
+}
+
 void FolderSynchronizer::readAgain(Collection &collection, const QString &fileName)
 {
     order(collection, fileName);
@@ -452,14 +458,14 @@ bool FolderSynchronizer::isAwaited(const Collection &collection, const FileSnaps
     return true;
 }
 
-void FolderSynchronizer::dropFile(Collection &collection, const QString &fileName)
+void FolderSynchronizer::dropFile(Collection &collection, const QString &fileName, CalBackendChange::Author author)
 {
     m_waits.remove(collection.pathOf(fileName));
     const FileSnapshotPtr before = collection.file(fileName);
     if (!before)
         return;
     collection.removeFile(fileName);
-    announce(collection, false, before.get(), nullptr);
+    announce(collection, false, before.get(), nullptr, author);
 }
 
 void FolderSynchronizer::noteProblems(const QString &path, const FileSnapshot &snapshot)

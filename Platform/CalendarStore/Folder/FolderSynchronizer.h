@@ -49,6 +49,7 @@ public:
 
     // Takes in what this process itself has written.
     void takeOwn(Collection &collection, const FileSnapshotPtr &snapshot);
+    void dropOwn(Collection &collection, const QString &fileName);
     // A file turned out to be another one than was known.
     void readAgain(Collection &collection, const QString &fileName);
 
@@ -95,7 +96,8 @@ private:
     void take(const ReadingAnswer &answer);
     void takeSnapshot(Collection &collection, const FileSnapshotPtr &snapshot, CalBackendChange::Author author);
     bool isAwaited(const Collection &collection, const FileSnapshotPtr &snapshot);
-    void dropFile(Collection &collection, const QString &fileName);
+    void dropFile(Collection &collection, const QString &fileName,
+        CalBackendChange::Author author = CalBackendChange::Author::Others);
     void noteProblems(const QString &path, const FileSnapshot &snapshot);
     void announce(const Collection &collection, bool calendars, const FileSnapshot *before, const FileSnapshot *after,
         CalBackendChange::Author author = CalBackendChange::Author::Others);

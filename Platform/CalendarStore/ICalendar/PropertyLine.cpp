@@ -80,6 +80,25 @@ std::optional<QByteArray> PropertyLine::parameter(QByteArrayView name) const
     return std::nullopt;
 }
 
+QByteArray PropertyLine::parameterText(const QByteArray &name) const
+{
+    for (const Parameter &parameter : m_parameters) {
+        if (parameter.name == name)
+            return ';' + name + '=' + parameter.value;
+    }
+    return {};
+}
+
+QByteArray PropertyLine::parametersWithout(const QByteArrayList &names) const
+{
+    QByteArray text;
+    for (const Parameter &parameter : m_parameters) {
+        if (!names.contains(parameter.name))
+            text += ';' + parameter.name + '=' + parameter.value;
+    }
+    return text;
+}
+
 qsizetype PropertyLine::findColon(bool honoursQuotes) const
 {
     bool isQuoted = false;

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QByteArray>
+#include <QByteArrayList>
 #include <QByteArrayView>
 
 #include <optional>
@@ -27,6 +28,10 @@ public:
     QByteArrayView value() const;
     // The first parameter of that name (upper case), without quotes and with RFC 6868 resolved.
     std::optional<QByteArray> parameter(QByteArrayView name) const;
+    // The first parameter of that name as the line holds it, with its semicolon; empty when there is none.
+    QByteArray parameterText(const QByteArray &name) const;
+    // All parameters but those named (upper case), in the same way.
+    QByteArray parametersWithout(const QByteArrayList &names) const;
 
 private:
     struct Parameter {

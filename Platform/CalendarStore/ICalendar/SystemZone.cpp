@@ -61,45 +61,74 @@ void appendYearlyChanges(std::vector<ZoneTransition> &transitions, const PosixZo
     }
 }
 
-ZonePtr zoneFromData(const QByteArray &data)
+// The block of 64-bit times, and what follows it.
+struct LongBlock {
+    qint64 begin = 0;
+    qint64 end = 0;
+    BlockSizes sizes;
+};
+
+std::optional<LongBlock> longBlock(const QByteArray &data)
 {
     const auto first = blockSizes(data, 0);
     if (!first || data[4] < '2') // files of the first version, of before 2005, hold no years after 2037
-        return nullptr;
-    qint64 at = headerSize + first->bytes(4);
+        return std::nullopt;
+    const qint64 at = headerSize + first->bytes(4);
     const auto sizes = blockSizes(data, at);
     if (!sizes || sizes->types < 1)
-        return nullptr;
-    at += headerSize;
-    const qint64 end = at + sizes->bytes(8);
-    if (data.size() < end)
-        return nullptr;
+        return std::nullopt;
+    const LongBlock block { at + headerSize, at + headerSize + sizes->bytes(8), *sizes };
+    return data.size() < block.end ? std::nullopt : std::optional(block);
+}
 
-    const char *const times = data.constData() + at;
-    const char *const typeIndexes = times + sizes->transitions * 8;
-    const char *const types = typeIndexes + sizes->transitions;
+QByteArray footerOf(const QByteArray &data, const LongBlock &block)
+{
+    return data.sliced(block.end).trimmed();
+}
+
+ZonePtr zoneFromData(const QByteArray &data)
+{
+    const auto block = longBlock(data);
+    if (!block)
+        return nullptr;
+    const BlockSizes &sizes = block->sizes;
+    const char *const times = data.constData() + block->begin;
+    const char *const typeIndexes = times + sizes.transitions * 8;
+    const char *const types = typeIndexes + sizes.transitions;
     const auto offsetOfType = [&](qint64 type) { return static_cast<int>(qFromBigEndian<qint32>(types + type * 6)); };
     std::vector<ZoneTransition> transitions;
-    for (qint64 i = 0; i < sizes->transitions; ++i) {
+    for (qint64 i = 0; i < sizes.transitions; ++i) {
         const qint64 type = static_cast<quint8>(typeIndexes[i]);
-        if (type >= sizes->types)
+        if (type >= sizes.types)
             return nullptr;
         transitions.push_back({ qFromBigEndian<qint64>(times + i * 8), offsetOfType(type) });
     }
-    const QByteArray footer = data.sliced(end).trimmed();
-    if (const auto rule = PosixZoneRule::parsed(footer))
+    if (const auto rule = PosixZoneRule::parsed(footerOf(data, *block)))
         appendYearlyChanges(transitions, *rule);
     return std::make_shared<TransitionZone>(offsetOfType(0), std::move(transitions));
+}
+
+// Empty when it cannot be read.
+QByteArray dataOfZoneFile(const QString &path)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly) || file.size() > largestZoneFile)
+        return {};
+    return file.readAll();
 }
 
 } // namespace
 
 ZonePtr readZoneFile(const QString &path)
 {
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly) || file.size() > largestZoneFile)
-        return nullptr;
-    return zoneFromData(file.readAll());
+    return zoneFromData(dataOfZoneFile(path));
+}
+
+QByteArray yearlyRuleOfZoneFile(const QString &path)
+{
+    const QByteArray data = dataOfZoneFile(path);
+    const auto block = longBlock(data);
+    return block ? footerOf(data, *block) : QByteArray();
 }
 
 ZonePtr zoneFromPosixText(const QByteArray &text)

@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "TextPatcher.h"
 
-#include "PropertyLine.h"
-
 #include <QString>
 #include <QStringBuilder>
 
@@ -20,6 +18,26 @@ TextPatcher::TextPatcher(QByteArray text)
 bool TextPatcher::hasComponent(int component) const
 {
     return component >= 0 && static_cast<std::size_t>(component) < m_lines.components().size();
+}
+
+std::vector<int> TextPatcher::componentsWithin(int component, const QByteArray &name) const
+{
+    const std::vector<Component> &all = m_lines.components();
+    std::vector<int> result;
+    for (std::size_t i = 0; i < all.size(); ++i) {
+        if (all[i].parent == component && all[i].name == name)
+            result.push_back(static_cast<int>(i));
+    }
+    return result;
+}
+
+int TextPatcher::componentAround(int component, const QByteArray &name) const
+{
+    const std::vector<Component> &all = m_lines.components();
+    int around = hasComponent(component) ? all[static_cast<std::size_t>(component)].parent : -1;
+    while (around >= 0 && all[static_cast<std::size_t>(around)].name != name)
+        around = all[static_cast<std::size_t>(around)].parent;
+    return around;
 }
 
 // The lines of that name, by their index.
@@ -59,6 +77,18 @@ std::size_t TextPatcher::lineBeforeNewOnes(int component) const
 void TextPatcher::setProperty(
     int component, const QByteArray &name, const QByteArray &value, const QByteArray &parameters)
 {
+    setProperty(component, name, value, parameters, Lines::All);
+}
+
+void TextPatcher::setFirstProperty(
+    int component, const QByteArray &name, const QByteArray &value, const QByteArray &parameters)
+{
+    setProperty(component, name, value, parameters, Lines::First);
+}
+
+void TextPatcher::setProperty(
+    int component, const QByteArray &name, const QByteArray &value, const QByteArray &parameters, Lines which)
+{
     if (!hasComponent(component))
         return;
     dropEdits(component, name);
@@ -77,6 +107,8 @@ void TextPatcher::setProperty(
     for (const std::size_t index : present) {
         const ContentLine &line = m_lines.lines()[index];
         const bool isFirst = index == present.front();
+        if (!isFirst && which == Lines::First)
+            break;
         m_edits.push_back(
             { line.begin, line.end, isFirst ? text + lineEndOf(line) : QByteArray(), component, name.toUpper() });
     }
@@ -84,19 +116,77 @@ void TextPatcher::setProperty(
 
 void TextPatcher::removeProperty(int component, const QByteArray &name)
 {
+    removeProperty(component, name, Lines::All);
+}
+
+void TextPatcher::removeFirstProperty(int component, const QByteArray &name)
+{
+    removeProperty(component, name, Lines::First);
+}
+
+void TextPatcher::removeProperty(int component, const QByteArray &name, Lines which)
+{
     dropEdits(component, name);
     for (const std::size_t index : linesOf(component, name)) {
         const ContentLine &line = m_lines.lines()[index];
         m_edits.push_back({ line.begin, line.end, {}, component, name.toUpper() });
+        if (which == Lines::First)
+            break;
     }
 }
 
 std::optional<QByteArray> TextPatcher::property(int component, const QByteArray &name) const
 {
+    const auto line = propertyLine(component, name);
+    return line ? std::optional(line->value().toByteArray()) : std::nullopt;
+}
+
+std::optional<PropertyLine> TextPatcher::propertyLine(int component, const QByteArray &name) const
+{
     const std::vector<std::size_t> present = linesOf(component, name);
     if (present.empty())
         return std::nullopt;
-    return PropertyLine(m_lines.unfolded(m_lines.lines()[present.front()])).value().toByteArray();
+    return PropertyLine(m_lines.unfolded(m_lines.lines()[present.front()]));
+}
+
+void TextPatcher::appendComponent(int parent, const QByteArrayList &lines)
+{
+    if (!hasComponent(parent))
+        return;
+    const Component &place = m_lines.components()[static_cast<std::size_t>(parent)];
+    const qsizetype at = m_lines.lines()[static_cast<std::size_t>(place.lastLine)].begin;
+    m_edits.push_back({ at, at, foldedLines(lines), parent, {} });
+}
+
+void TextPatcher::insertComponentBefore(int component, const QByteArrayList &lines)
+{
+    if (!hasComponent(component))
+        return;
+    const Component &place = m_lines.components()[static_cast<std::size_t>(component)];
+    const qsizetype at = m_lines.lines()[static_cast<std::size_t>(place.firstLine)].begin;
+    const QByteArray text = foldedLines(lines);
+    const bool isThere = std::ranges::any_of(m_edits, [&](const Edit &edit) {
+        return edit.name.isEmpty() && edit.begin == at && edit.end == at && edit.replacement == text;
+    });
+    if (!isThere)
+        m_edits.push_back({ at, at, text, place.parent, {} });
+}
+
+void TextPatcher::removeComponent(int component)
+{
+    if (!hasComponent(component))
+        return;
+    const Component &place = m_lines.components()[static_cast<std::size_t>(component)];
+    m_edits.push_back({ m_lines.lines()[static_cast<std::size_t>(place.firstLine)].begin,
+        m_lines.lines()[static_cast<std::size_t>(place.lastLine)].end, {}, component, {} });
+}
+
+QByteArray TextPatcher::foldedLines(const QByteArrayList &lines) const
+{
+    QByteArray text;
+    for (const QByteArray &line : lines)
+        text += folded(line, m_lines.lineEnd()) + m_lines.lineEnd();
+    return text;
 }
 
 // The last word on a property counts.
@@ -118,11 +208,18 @@ QByteArray TextPatcher::lineEndOf(const ContentLine &line) const
 QByteArray TextPatcher::patchedText() const
 {
     std::vector<Edit> edits = m_edits;
-    std::ranges::stable_sort(
-        edits, [](const Edit &a, const Edit &b) { return std::pair(a.begin, a.end) < std::pair(b.begin, b.end); });
+    // Insertions come before what is replaced at the same place, and the whole of a component before its lines.
+    std::ranges::stable_sort(edits, [](const Edit &a, const Edit &b) {
+        const bool isInsertionBeforeOther = a.begin == a.end && b.begin != b.end;
+        if (a.begin != b.begin || (a.begin == a.end) != (b.begin == b.end))
+            return a.begin != b.begin ? a.begin < b.begin : isInsertionBeforeOther;
+        return a.end > b.end;
+    });
     QByteArray result;
     qsizetype at = 0;
     for (const Edit &edit : edits) {
+        if (edit.begin < at)
+            continue; // within a component that is removed
         result += QByteArrayView(m_lines.text()).sliced(at, edit.begin - at);
         result += edit.replacement;
         at = edit.end;

@@ -172,4 +172,10 @@ ZonePtr ZoneRegistry::localZone()
     return knownZone;
 }
 
+QByteArray ZoneRegistry::localZoneName()
+{
+    const QByteArray name = QTimeZone::systemTimeZoneId();
+    return zoneOfFileName(QString::fromLatin1(name)) ? name : QByteArray();
+}
+
 } // namespace ICalendar

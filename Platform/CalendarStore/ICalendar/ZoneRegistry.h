@@ -31,6 +31,8 @@ public:
 
     // The zone that the process stands in at this moment (TZ, or the system's setting).
     static ZonePtr localZone();
+    // Its IANA name; empty when it has none that leads to a file of the system.
+    static QByteArray localZoneName();
 
 private:
     class Private;

@@ -60,7 +60,9 @@ private Q_SLOTS:
     void aReadOnlyFileRefuses();
     void aLinkedItemFileRefuses();
     void aDamagedFileRefuses();
-    void whatCannotBeWrittenIsRefused();
+    void aDueDateKeepsItsForm_data();
+    void aDueDateKeepsItsForm();
+    void aDueDateThatIsClearedGoes();
     void oneOfSeveralItemsOfAFileIsChanged();
     void savingClearsOldLeftovers();
 };
@@ -299,28 +301,61 @@ void TaskSavingTest::aDamagedFileRefuses()
     QCOMPARE(folder.read(u"c/a.ics"_s), text);
 }
 
-void TaskSavingTest::whatCannotBeWrittenIsRefused()
+void TaskSavingTest::aDueDateKeepsItsForm_data()
+{
+    QTest::addColumn<QByteArray>("lines");
+    QTest::addColumn<QDateTime>("due");
+    QTest::addColumn<QByteArray>("written");
+
+    const auto day = [](int number, int hour) { return QDateTime(QDate(2026, 3, number), QTime(hour, 0)); };
+    QTest::newRow("a day") << QByteArray("DUE;VALUE=DATE:20260311\r\n") << day(13, 0)
+                           << QByteArray("DUE;VALUE=DATE:20260313\r\n");
+    QTest::newRow("a day with a time") << QByteArray("DUE;VALUE=DATE:20260311\r\n") << day(13, 9)
+                                       << QByteArray("DUE;TZID=Europe/Berlin:20260313T090000\r\n");
+    QTest::newRow("UTC") << QByteArray("DUE:20260311T080000Z\r\n") << day(13, 0)
+                         << QByteArray("DUE:20260312T230000Z\r\n");
+    QTest::newRow("floating") << QByteArray("DUE:20260311T080000\r\n") << day(13, 9)
+                              << QByteArray("DUE:20260313T090000\r\n");
+    QTest::newRow("in a zone") << QByteArray("DUE;TZID=Asia/Tokyo:20260311T080000\r\n") << day(13, 9)
+                               << QByteArray("DUE;TZID=Asia/Tokyo:20260313T170000\r\n");
+    QTest::newRow("a length") << QByteArray("DTSTART:20260311T080000Z\r\nDURATION:PT1H\r\n") << day(13, 9)
+                              << QByteArray("DTSTART:20260311T080000Z\r\nDUE:20260313T080000Z\r\n");
+    QTest::newRow("none") << QByteArray() << day(13, 9) << QByteArray("DUE;TZID=Europe/Berlin:20260313T090000\r\n");
+}
+
+void TaskSavingTest::aDueDateKeepsItsForm()
+{
+    QFETCH(const QByteArray, lines);
+    QFETCH(const QDateTime, due);
+    QFETCH(const QByteArray, written);
+    const CalendarFolder folder;
+    folder.write(u"c/a.ics"_s, calendarText(taskText("a", "A", lines)));
+    const auto store = folder.openWithoutWatching();
+    const CalTaskPtr task = taskNamed(*store, u"A"_s);
+
+    task->setDueDate(due);
+    QVERIFY(store->saveTask(*task).isOk());
+
+    const QByteArray saved = folder.read(u"c/a.ics"_s);
+    QVERIFY2(saved.contains(QByteArray("SUMMARY:A\r\n" + written)), saved.constData());
+    QCOMPARE(saved.count("DURATION"), 0);
+    const CalTaskPtr again = taskNamed(*folder.openWithoutWatching(), u"A"_s);
+    QCOMPARE(again->dueDate(), due);
+    QCOMPARE(again->isDueDateOnly(), task->isDueDateOnly());
+}
+
+void TaskSavingTest::aDueDateThatIsClearedGoes()
 {
     const CalendarFolder folder;
-    const QByteArray text = calendarText(taskText("a", "A"));
-    folder.write(u"c/a.ics"_s, text);
-    folder.write(u"d/b.ics"_s, calendarText(taskText("b", "B")));
+    folder.write(u"c/a.ics"_s, calendarText(taskText("a", "A", "DUE;VALUE=DATE:20260311\r\n")));
     const auto store = folder.openWithoutWatching();
+    const CalTaskPtr task = taskNamed(*store, u"A"_s);
 
-    const CalTaskPtr due = taskNamed(*store, u"A"_s);
-    due->setDueDate(QDateTime(QDate(2026, 3, 12), QTime(0, 0)));
-    QCOMPARE(refusalOf(store->saveTask(*due)).code, StoreError::Code::Invalid);
-    const CalTaskPtr alarmed = taskNamed(*store, u"A"_s);
-    alarmed->addAlarm(std::make_shared<CalAlarm>());
-    QCOMPARE(refusalOf(store->saveTask(*alarmed)).code, StoreError::Code::Invalid);
-    const CalTaskPtr moved = taskNamed(*store, u"A"_s);
-    moved->setCalendar(store->calendars().constLast());
-    QCOMPARE(refusalOf(store->saveTask(*moved)).code, StoreError::Code::Invalid);
-    CalTask fresh;
-    fresh.setCalendar(store->calendars().constFirst());
-    QCOMPARE(refusalOf(store->saveTask(fresh)).code, StoreError::Code::Invalid);
+    task->setDueDate(std::nullopt);
+    QVERIFY(store->saveTask(*task).isOk());
 
-    QCOMPARE(folder.read(u"c/a.ics"_s), text);
+    QVERIFY(!folder.read(u"c/a.ics"_s).contains("DUE"));
+    QVERIFY(!taskNamed(*store, u"A"_s)->dueDate());
 }
 
 void TaskSavingTest::oneOfSeveralItemsOfAFileIsChanged()

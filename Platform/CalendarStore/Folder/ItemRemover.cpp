@@ -1,0 +1,118 @@
+// SPDX-License-Identifier: MIT
+#include "ItemRemover.h"
+
+#include "FolderSynchronizer.h"
+#include "ItemExtract.h"
+#include "Limits.h"
+
+#include <CalEvent.h>
+#include <CalTask.h>
+
+#include <QCoreApplication>
+
+using namespace Qt::StringLiterals;
+
+namespace FolderStore
+{
+
+namespace
+{
+
+using Code = StoreError::Code;
+
+// Puts the file back as it was, to the byte.
+class FileRestoration final : public CalRemoval
+{
+public:
+    FileRestoration(ItemFiles &files, CalCalendarItemPtr record, RemovedItem removed, bool isHeldTwice)
+        : m_files(files)
+        , m_record(std::move(record))
+        , m_removed(std::move(removed))
+        , m_isHeldTwice(isHeldTwice)
+    {
+    }
+
+    Result<void, StoreError> takeBack() override
+    {
+        const auto collection = m_files.writableCollection(*m_record, m_record->calendar());
+        if (!collection)
+            return collection.error();
+        return m_removed.after ? putBackIntoFile(*collection.value()) : putBackFile(*collection.value());
+    }
+
+private:
+    Result<void, StoreError> putBackFile(Collection &collection)
+    {
+        if (!m_isHeldTwice && collection.holdsUid(m_record->origin().plainUid)) {
+            return ItemFiles::refusal(
+                *m_record, Code::Conflict, QCoreApplication::translate("Vantle", "It is there again already."));
+        }
+        const auto created
+            = m_files.create(collection, m_removed.fileName, m_removed.before, *m_record, m_removed.mode);
+        return created ? Result<void, StoreError>() : Result<void, StoreError>(created.error());
+    }
+
+    Result<void, StoreError> putBackIntoFile(Collection &collection)
+    {
+        const auto stored = m_files.findFile(collection, *m_record, m_removed.fileName, hashOf(*m_removed.after));
+        if (!stored)
+            return stored.error();
+        const auto written = m_files.replace(stored.value(), m_removed.before, *m_record);
+        return written ? Result<void, StoreError>() : Result<void, StoreError>(written.error());
+    }
+
+    ItemFiles &m_files;
+    CalCalendarItemPtr m_record;
+    RemovedItem m_removed;
+    bool m_isHeldTwice; // whether the calendar has another item of that UID, which stayed
+};
+
+// To name the item in a message, and to tell which one it was.
+template <typename Record> CalCalendarItemPtr recordAsRead(const Record &record)
+{
+    const auto copy = std::make_shared<Record>(record);
+    copy->setCalendar(record.asRead()->calendar());
+    return copy;
+}
+
+std::unique_ptr<CalRemoval> restoration(
+    ItemFiles &files, const Collection &collection, const CalCalendarItemPtr &record, const RemovedItem &removed)
+{
+    return std::make_unique<FileRestoration>(files, record, removed, collection.holdsUid(record->origin().plainUid));
+}
+
+} // namespace
+
+ItemRemover::ItemRemover(ItemFiles &files)
+    : m_files(files)
+{
+}
+
+ItemRemover::Outcome ItemRemover::remove(const CalTask &task)
+{
+    return remove(recordAsRead(task));
+}
+
+ItemRemover::Outcome ItemRemover::remove(const CalEvent &event, CalSpan span)
+{
+    return remove(recordAsRead(event), event.origin().recurrenceId.isEmpty() ? CalSpanAllEvents : span);
+}
+
+ItemRemover::Outcome ItemRemover::remove(const CalCalendarItemPtr &record, CalSpan span)
+{
+    const auto collection = m_files.writableCollection(*record, record->calendar());
+    if (!collection)
+        return collection.error();
+    const auto stored = m_files.find(*collection.value(), *record);
+    if (!stored)
+        return stored.error();
+    if (span == CalSpanThisEvent && stored.value().groupInFile().needsExpansion)
+        return ItemFiles::refusal(*record, Code::Invalid,
+            QCoreApplication::translate("Vantle", "One of several occurrences cannot be removed here."));
+    const auto removed = m_files.takeOut(stored.value(), *record);
+    if (!removed)
+        return removed.error();
+    return restoration(m_files, *collection.value(), record, removed.value());
+}
+
+} // namespace FolderStore
