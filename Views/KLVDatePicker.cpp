@@ -7,8 +7,32 @@
 #include <QLineEdit>
 #include <QScopedValueRollback>
 #include <QSignalBlocker>
+#include <QWheelEvent>
 
 #include <utility>
+
+using namespace Qt::StringLiterals;
+
+namespace
+{
+
+bool isReturn(const QKeyEvent &event)
+{
+    return event.key() == Qt::Key_Return || event.key() == Qt::Key_Enter;
+}
+
+} // namespace
+
+QString KLVDatePattern(const QLocale &locale)
+{
+    const QString order = locale.dateFormat(QLocale::ShortFormat);
+    const qsizetype day = order.indexOf(u'd');
+    const qsizetype month = order.indexOf(u'M');
+    const qsizetype year = order.indexOf(u'y');
+    if (year < month)
+        return u"ddd yyyy-MM-dd"_s;
+    return day < month ? u"ddd d MMM yyyy"_s : u"ddd MMM d, yyyy"_s;
+}
 
 KLVDatePicker::KLVDatePicker(QWidget *parent)
     : QDateTimeEdit(parent)
@@ -17,16 +41,40 @@ KLVDatePicker::KLVDatePicker(QWidget *parent)
     connect(this, &QDateTimeEdit::dateTimeChanged, this, [this] { m_hasPendingEdit = false; });
 }
 
+QDateTime KLVDatePicker::dateValue() const
+{
+    const QDateTime shown = dateTime();
+    if (shown == m_shown)
+        return m_given;
+    return m_showsTime ? shown : QDateTime(shown.date(), m_given.time());
+}
+
+void KLVDatePicker::setDateValue(const QDateTime &instant)
+{
+    m_given = instant.toLocalTime();
+    setDateTime(m_given);
+    m_shown = dateTime();
+}
+
+void KLVDatePicker::setShowsTime(bool showsTime)
+{
+    const QDateTime value = m_given.isValid() ? dateValue() : dateTime();
+    m_showsTime = showsTime;
+    const QString date = KLVDatePattern(locale());
+    setDisplayFormat(showsTime ? date + u"   "_s + locale().timeFormat(QLocale::ShortFormat) : date);
+    setDateValue(value);
+}
+
 void KLVDatePicker::keyPressEvent(QKeyEvent *event)
 {
-    if (event->key() != Qt::Key_Return && event->key() != Qt::Key_Escape) {
+    if (!isReturn(*event) && event->key() != Qt::Key_Escape) {
         QDateTimeEdit::keyPressEvent(event);
         return;
     }
 
     const QScopedValueRollback guard(
-        m_returnTookOverAnEdit, event->key() == Qt::Key_Return && std::exchange(m_hasPendingEdit, false));
-    if (event->key() == Qt::Key_Return)
+        m_returnTookOverAnEdit, isReturn(*event) && std::exchange(m_hasPendingEdit, false));
+    if (isReturn(*event))
         interpretText();
     else
         discardEdit();
@@ -49,4 +97,12 @@ void KLVDatePicker::focusOutEvent(QFocusEvent *event)
         return;
     m_hasPendingEdit = false;
     Q_EMIT focusLeft();
+}
+
+void KLVDatePicker::wheelEvent(QWheelEvent *event)
+{
+    if (hasFocus())
+        QDateTimeEdit::wheelEvent(event);
+    else
+        event->ignore();
 }

@@ -50,7 +50,12 @@ QString KLVKeyBindings::actionForKey(const QKeyEvent &event)
     if (event.modifiers() & (Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier))
         return {};
     const auto *const found = std::ranges::find(bindings, event.key(), &Binding::key);
-    return found == bindings.end() ? QString() : QString::fromLatin1(found->action);
+    if (found == bindings.end())
+        return {};
+    const QString action = QString::fromLatin1(found->action);
+    // A key held too long walks on, but does nothing twice: Return that saved a sheet would go on
+    // to tick a to-do under it.
+    return event.isAutoRepeat() && !action.startsWith(u"move"_s) ? QString() : action;
 }
 
 void KLVKeyBindings::setNextResponder(QObject *responder, QObject *next)

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "KLVSign.h"
 
+#include <QLineF>
 #include <QPainter>
 #include <QPainterPath>
 
@@ -14,6 +15,11 @@ constexpr qreal chevronHeight = 6.6;
 constexpr qreal chevronStep = 4.2; // from one of a pair to the other
 constexpr qreal menuWidth = 11;
 constexpr qreal menuStep = 4; // from line to line
+constexpr qreal plusSize = 9;
+constexpr int gearTeeth = 8;
+constexpr qreal gearHub = 1.9; // radii
+constexpr qreal gearRim = 3.6;
+constexpr qreal gearTip = 5.6;
 
 // Its tip at the origin, pointing to the right.
 QPainterPath chevron()
@@ -43,6 +49,34 @@ QPainterPath threeLines()
     return path;
 }
 
+QPainterPath minus()
+{
+    QPainterPath path(QPointF(-plusSize / 2, 0));
+    path.lineTo(plusSize / 2, 0);
+    return path;
+}
+
+QPainterPath plus()
+{
+    QPainterPath path = minus();
+    path.moveTo(0, -plusSize / 2);
+    path.lineTo(0, plusSize / 2);
+    return path;
+}
+
+QPainterPath gear()
+{
+    QPainterPath path;
+    path.addEllipse(QPointF(), gearHub, gearHub);
+    path.addEllipse(QPointF(), gearRim, gearRim);
+    for (int tooth = 0; tooth < gearTeeth; ++tooth) {
+        const QLineF line = QLineF::fromPolar(1, tooth * 360.0 / gearTeeth);
+        path.moveTo(line.p2() * gearRim);
+        path.lineTo(line.p2() * gearTip);
+    }
+    return path;
+}
+
 QPainterPath shapeOf(KLVSign sign)
 {
     const QTransform mirror = QTransform::fromScale(-1, 1);
@@ -57,6 +91,12 @@ QPainterPath shapeOf(KLVSign sign)
         return chevrons(2);
     case KLVSign::Menu:
         return threeLines();
+    case KLVSign::Plus:
+        return plus();
+    case KLVSign::Minus:
+        return minus();
+    case KLVSign::Gear:
+        return gear();
     case KLVSign::None:
         break;
     }

@@ -699,5 +699,233 @@
         <source>The calendar already holds an item with the same identifier.</source>
         <translation>Der Kalender enthält bereits einen Eintrag mit derselben Kennung.</translation>
     </message>
+    <message>
+        <source>Choose a File</source>
+        <translation>Datei wählen</translation>
+    </message>
+    <message>
+        <source>Alarm</source>
+        <translation>Erinnerung</translation>
+    </message>
+    <message>
+        <source>When</source>
+        <translation>Wann</translation>
+    </message>
+    <message>
+        <source>Action</source>
+        <translation>Aktion</translation>
+    </message>
+    <message>
+        <source>At a date and time</source>
+        <translation>Zu einem Zeitpunkt</translation>
+    </message>
+    <message>
+        <source>Show a message</source>
+        <translation>Eine Nachricht zeigen</translation>
+    </message>
+    <message>
+        <source>Send an e-mail</source>
+        <translation>Eine E-Mail senden</translation>
+    </message>
+    <message>
+        <source>Open a file</source>
+        <translation>Eine Datei öffnen</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>Abbrechen</translation>
+    </message>
+    <message>
+        <source>OK</source>
+        <translation>OK</translation>
+    </message>
+    <message>
+        <source>name@example.org</source>
+        <translation>name@example.org</translation>
+    </message>
+    <message>
+        <source>How long</source>
+        <translation>Wie lange</translation>
+    </message>
+    <message>
+        <source>Unit</source>
+        <translation>Einheit</translation>
+    </message>
+    <message>
+        <source>Before or after</source>
+        <translation>Vorher oder nachher</translation>
+    </message>
+    <message>
+        <source>Sound</source>
+        <translation>Ton</translation>
+    </message>
+    <message>
+        <source>E-mail address</source>
+        <translation>E-Mail-Adresse</translation>
+    </message>
+    <message>
+        <source>No sound</source>
+        <translation>Kein Ton</translation>
+    </message>
+    <message>
+        <source>select file</source>
+        <translation>Datei wählen</translation>
+    </message>
+    <message>
+        <source>Title</source>
+        <translation>Titel</translation>
+    </message>
+    <message>
+        <source>Calendar</source>
+        <translation>Kalender</translation>
+    </message>
+    <message>
+        <source>Link</source>
+        <translation>Link</translation>
+    </message>
+    <message>
+        <source>Notes</source>
+        <translation>Notizen</translation>
+    </message>
+    <message>
+        <source>Alarms</source>
+        <translation>Erinnerungen</translation>
+    </message>
+    <message>
+        <source>Edit Alarm</source>
+        <translation>Erinnerung bearbeiten</translation>
+    </message>
+    <message>
+        <source>Add Alarm</source>
+        <translation>Erinnerung hinzufügen</translation>
+    </message>
+    <message>
+        <source>Remove Alarm</source>
+        <translation>Erinnerung entfernen</translation>
+    </message>
+    <message>
+        <source>Choose a calendar</source>
+        <translation>Kalender wählen</translation>
+    </message>
+    <message>
+        <source>Relative to the event</source>
+        <translation>Bezogen auf den Termin</translation>
+    </message>
+    <message>
+        <source>Event</source>
+        <translation>Termin</translation>
+    </message>
+    <message>
+        <source>Location</source>
+        <translation>Ort</translation>
+    </message>
+    <message>
+        <source>Starts</source>
+        <translation>Beginn</translation>
+    </message>
+    <message>
+        <source>Ends</source>
+        <translation>Ende</translation>
+    </message>
+    <message>
+        <source>Repeats</source>
+        <translation>Wiederholung</translation>
+    </message>
+    <message>
+        <source>All day</source>
+        <translation>Ganztägig</translation>
+    </message>
+    <message>
+        <source>Save</source>
+        <translation>Sichern</translation>
+    </message>
+    <message>
+        <source>This event repeats %1. Saving changes all its occurrences.</source>
+        <translation>Dieser Termin wiederholt sich %1. Sichern ändert alle seine Vorkommen.</translation>
+    </message>
+    <message>
+        <source>by a rule of its own</source>
+        <translation>nach einer eigenen Regel</translation>
+    </message>
+    <message>
+        <source>every day</source>
+        <translation>jeden Tag</translation>
+    </message>
+    <message>
+        <source>every %1 days</source>
+        <translation>alle %1 Tage</translation>
+    </message>
+    <message>
+        <source>every week</source>
+        <translation>jede Woche</translation>
+    </message>
+    <message>
+        <source>every %1 weeks</source>
+        <translation>alle %1 Wochen</translation>
+    </message>
+    <message>
+        <source>every month</source>
+        <translation>jeden Monat</translation>
+    </message>
+    <message>
+        <source>every %1 months</source>
+        <translation>alle %1 Monate</translation>
+    </message>
+    <message>
+        <source>every year</source>
+        <translation>jedes Jahr</translation>
+    </message>
+    <message>
+        <source>every %1 years</source>
+        <translation>alle %1 Jahre</translation>
+    </message>
+    <message>
+        <source>on %1</source>
+        <translation>am %1</translation>
+    </message>
+    <message>
+        <source>on day %1</source>
+        <translation>am %1. Tag</translation>
+    </message>
+    <message>
+        <source>%1 times in all</source>
+        <translation>insgesamt %1 Mal</translation>
+    </message>
+    <message>
+        <source>until %1</source>
+        <translation>bis %1</translation>
+    </message>
+    <message>
+        <source>Relative to the due date</source>
+        <translation>Bezogen auf die Fälligkeit</translation>
+    </message>
+    <message>
+        <source>To do</source>
+        <translation>Aufgabe</translation>
+    </message>
+    <message>
+        <source>Priority</source>
+        <translation>Priorität</translation>
+    </message>
+    <message>
+        <source>Due</source>
+        <translation>Fällig</translation>
+    </message>
+    <message>
+        <source>Has a due date</source>
+        <translation>Hat ein Fälligkeitsdatum</translation>
+    </message>
+    <message>
+        <source>Low</source>
+        <translation>Niedrig</translation>
+    </message>
+    <message>
+        <source>Medium</source>
+        <translation>Mittel</translation>
+    </message>
+    <message>
+        <source>High</source>
+        <translation>Hoch</translation>
+    </message>
 </context>
 </TS>

@@ -1,0 +1,189 @@
+// SPDX-License-Identifier: MIT
+#include "VTEventEditController.h"
+
+#include "VTRecurrenceWords.h"
+#include "VTSheetForm.h"
+#include "ui_VTEventEdit.h"
+
+#include <AssertionHandler.h>
+#include <CalCalendarStore.h>
+#include <CalEvent+VTHelper.h>
+#include <Clock.h>
+#include <KLVMetrics.h>
+
+#include <QApplication>
+
+using namespace Qt::StringLiterals;
+
+namespace
+{
+
+const QString sourceName = u"Controllers (App & Windows)/VTEventEditController"_s;
+constexpr int missingEventLine = 102;
+constexpr int missingWindowLine = 103;
+
+constexpr double sheetWidth = 420; // points
+constexpr double notesHeight = 56;
+constexpr qint64 secondsUntilNewStart = 3600;
+constexpr qint64 secondsUntilNewEnd = 7200;
+
+} // namespace
+
+VTEventEditController::VTEventEditController(const VTEditServices &services, QObject *parent)
+    : VTCalItemEditController(services, QCoreApplication::translate("Vantle", "Relative to the event"), parent)
+{
+}
+
+VTEventEditController::~VTEventEditController() = default;
+
+void VTEventEditController::loadWindow()
+{
+    auto *const sheet = new KLVSheet(nullptr);
+    setWindow(sheet);
+    m_ui = std::make_unique<Ui::VTEventEdit>();
+    m_ui->setupUi(sheet);
+    setTitleField(m_ui->titleField);
+    setCalendarsPopUp(m_ui->calendarsPopUp);
+    setAlarmsTable(m_ui->alarmsTable);
+    setUrlField(m_ui->urlField);
+    setStartDatePicker(m_ui->startDatePicker);
+    setEndDatePicker(m_ui->endDatePicker);
+
+    VTSheetForm::setUpSheet(*sheet, sheetWidth, QCoreApplication::translate("Vantle", "Event"));
+    setUpCommonControls(*m_ui->notesView, *m_ui->addAlarmButton, *m_ui->removeAlarmButton);
+    m_ui->addAlarmButton->setSign(KLVSign::Plus);
+    m_ui->removeAlarmButton->setSign(KLVSign::Minus);
+    m_ui->notesView->setFixedHeight(qRound(KLVMetrics(QApplication::font()).length(notesHeight)));
+    VTSheetForm::setUpCaption(*m_ui->titleCaption, QCoreApplication::translate("Vantle", "Title"));
+    VTSheetForm::setUpCaption(*m_ui->calendarCaption, QCoreApplication::translate("Vantle", "Calendar"));
+    VTSheetForm::setUpCaption(*m_ui->locationCaption, QCoreApplication::translate("Vantle", "Location"));
+    VTSheetForm::setUpCaption(*m_ui->startCaption, QCoreApplication::translate("Vantle", "Starts"));
+    VTSheetForm::setUpCaption(*m_ui->endCaption, QCoreApplication::translate("Vantle", "Ends"));
+    VTSheetForm::setUpCaption(*m_ui->repeatsCaption, QCoreApplication::translate("Vantle", "Repeats"));
+    m_ui->repeatsCaption->setContentsMargins({});
+    VTSheetForm::setUpCaption(*m_ui->urlCaption, QCoreApplication::translate("Vantle", "Link"));
+    VTSheetForm::setUpCaption(*m_ui->notesCaption, QCoreApplication::translate("Vantle", "Notes"));
+    VTSheetForm::setUpCaption(*m_ui->alarmsCaption, QCoreApplication::translate("Vantle", "Alarms"));
+    m_ui->allDayCheckBox->setText(QCoreApplication::translate("Vantle", "All day"));
+    m_ui->cancelButton->setText(QCoreApplication::translate("Vantle", "Cancel"));
+    m_ui->saveButton->setText(QCoreApplication::translate("Vantle", "Save"));
+    m_ui->repeatsLabel->setTextFormat(Qt::PlainText);
+    VTSheetForm::setUpNote(*m_ui->seriesLabel);
+    VTSheetForm::setName(*m_ui->locationField, m_ui->locationCaption->text());
+    VTSheetForm::setUpPicker(*m_startDatePicker, m_ui->startCaption->text());
+    VTSheetForm::setUpPicker(*m_endDatePicker, m_ui->endCaption->text());
+
+    connect(m_ui->locationField, &QLineEdit::textEdited, this,
+        [this](const QString &text) { proxyEvent().setLocation(VTSheetForm::presentText(text)); });
+    connect(m_ui->allDayCheckBox, &QCheckBox::clicked, this, [this](bool isAllDay) {
+        proxyEvent().setIsAllDay(isAllDay);
+        showWholeDays(isAllDay);
+    });
+    connect(m_ui->cancelButton, &QPushButton::clicked, this, [this] { cancelEventEditSheet(); });
+    connect(m_ui->saveButton, &QPushButton::clicked, this, [this] { endEventEditSheetAndSaveEvent(); });
+}
+
+CalEvent &VTEventEditController::proxyEvent() const
+{
+    return static_cast<CalEvent &>(*proxyCalItem());
+}
+
+void VTEventEditController::showEventEditSheetWithEvent_attachToWindow(const CalEventPtr &event, QWidget *targetWindow)
+{
+    if (!event) {
+        AssertionHandler::current().handleFailure(
+            u"showEventEditSheetWithEvent: invoked with oEvent == nil"_s, sourceName, missingEventLine);
+        return;
+    }
+    if (!targetWindow) {
+        AssertionHandler::current().handleFailure(
+            u"showEventEditSheetWithEvent: invoked with targetWindow == nil"_s, sourceName, missingWindowLine);
+        return;
+    }
+    needWindow();
+
+    setOriginalCalItem(event);
+    setProxyCalItem(VTDeepCopy(*event));
+    fillTexts();
+    fillDates();
+    fillRepetition();
+    fillUrlAndCalendar();
+    window()->beginSheet(targetWindow);
+    titleField()->setFocus(Qt::OtherFocusReason);
+}
+
+void VTEventEditController::fillDates()
+{
+    const CalEvent &event = proxyEvent();
+    const QDateTime now = services().clock.now();
+    m_ui->locationField->setText(VTSheetForm::oneLine(event.location()));
+    m_ui->allDayCheckBox->setChecked(event.isAllDay());
+    m_startDatePicker->setDateValue(
+        event.startDate().isValid() ? event.startDate() : now.addSecs(secondsUntilNewStart));
+    m_endDatePicker->setDateValue(event.endDate().isValid() ? event.endDate() : now.addSecs(secondsUntilNewEnd));
+    showWholeDays(event.isAllDay());
+}
+
+void VTEventEditController::showWholeDays(bool isAllDay)
+{
+    m_startDatePicker->setShowsTime(!isAllDay);
+    m_endDatePicker->setShowsTime(!isAllDay);
+}
+
+void VTEventEditController::fillRepetition()
+{
+    const std::optional<CalRecurrenceRule> &rule = proxyEvent().recurrenceRule();
+    for (QWidget *each :
+        std::initializer_list<QWidget *> { m_ui->repeatsCaption, m_ui->repeatsLabel, m_ui->seriesLabel })
+        each->setVisible(rule.has_value());
+    if (!rule)
+        return;
+    m_ui->repeatsLabel->setText(VTRecurrenceWords::description(*rule, proxyEvent().startDate(), QLocale()));
+    m_ui->seriesLabel->setText(
+        QCoreApplication::translate("Vantle", "This event repeats %1. Saving changes all its occurrences.")
+            .arg(VTRecurrenceWords::every(*rule)));
+}
+
+void VTEventEditController::endEventEditSheetAndSaveEvent(QObject * /*sender*/)
+{
+    cancelEventEditSheet();
+    takeUrl();
+    proxyEvent().setStartDate(m_startDatePicker->dateValue());
+    proxyEvent().setEndDate(m_endDatePicker->dateValue());
+
+    const auto event = std::static_pointer_cast<CalEvent>(originalCalItem());
+    VTUpdatePropertiesFromEvent(*event, proxyEvent());
+    const std::optional<QString> title = event->title();
+    event->setTitle(u"DUMBY "_s + title.value_or(QString()));
+    save(event, CalSpanThisEvent);
+    event->setTitle(title);
+    save(event, CalSpanAllEvents);
+}
+
+void VTEventEditController::save(const CalEventPtr &event, CalSpan span)
+{
+    StoreError error;
+    if (!services().store.saveEvent_span_error(event, span, &error))
+        showError(error);
+}
+
+void VTEventEditController::cancelEventEditSheet(QObject * /*sender*/)
+{
+    if (window())
+        window()->endSheet();
+}
+
+void VTEventEditController::insertNewline(QObject * /*sender*/)
+{
+    endEventEditSheetAndSaveEvent();
+}
+
+void VTEventEditController::cancelOperation(QObject * /*sender*/)
+{
+    cancelEventEditSheet();
+}
+
+void VTEventEditController::updateControls(QObject * /*sender*/)
+{
+    updateCalendarsPopup();
+}

@@ -1,0 +1,21 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QComboBox>
+
+// A pop-up list of which one entry is chosen, and only ever on purpose: closed,
+// it does not change by the wheel, an arrow or a typed letter; keys open it.
+class KLVPopUpButton final : public QComboBox
+{
+    Q_OBJECT
+
+public:
+    explicit KLVPopUpButton(QWidget *parent = nullptr);
+
+    // An entry that can be seen and not chosen, with the reason why.
+    void setItemDisabled(int index, const QString &reason);
+
+protected:
+    void keyPressEvent(QKeyEvent *event) override;
+    void wheelEvent(QWheelEvent *event) override;
+};
