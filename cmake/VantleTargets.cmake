@@ -43,6 +43,14 @@ function(vantle_configure_target target)
     endif()
 endfunction()
 
+# Precompiles a set of headers, Core or Widgets, and those named after it. They are found
+# through the include path: a full path in the generated header would differ between
+# checkouts, and ccache would share nothing of what is compiled with it.
+function(vantle_precompile target set)
+    target_include_directories(${target} PRIVATE "${PROJECT_SOURCE_DIR}/cmake")
+    target_precompile_headers(${target} PRIVATE "<${set}Precompiled.h>" ${ARGN})
+endfunction()
+
 # A room of the house: a static library whose public include path is its own
 # folder, so that whoever links it may include its headers, and nobody else.
 # PCH names the set of headers to precompile: Core or Widgets.
@@ -53,6 +61,6 @@ function(vantle_add_room target)
     target_include_directories(${target} PUBLIC "${CMAKE_CURRENT_SOURCE_DIR}")
     target_link_libraries(${target} PUBLIC ${ARG_PUBLIC} PRIVATE ${ARG_PRIVATE})
     if(ARG_PCH)
-        target_precompile_headers(${target} PRIVATE "${PROJECT_SOURCE_DIR}/cmake/${ARG_PCH}Precompiled.h")
+        vantle_precompile(${target} ${ARG_PCH})
     endif()
 endfunction()
