@@ -121,8 +121,11 @@ void patchAlarm(ICalendar::TextPatcher &patcher, int component, const CalAlarm &
     const bool isOtherAction = actionOf(alarm) != read.action();
     if (isOtherAction)
         patcher.setProperty(component, "ACTION", actionOf(alarm).toUtf8());
-    if (!hasSameTrigger(alarm, read))
-        patcher.setProperty(component, "TRIGGER", *trigger(alarm).value, trigger(alarm).parameters);
+    if (!hasSameTrigger(alarm, read)) {
+        const auto present = patcher.propertyLine(component, "TRIGGER");
+        const QByteArray others = present ? present->parametersWithout({ "VALUE", "RELATED", "TZID" }) : QByteArray();
+        patcher.setProperty(component, "TRIGGER", *trigger(alarm).value, trigger(alarm).parameters + others);
+    }
     // An attachment that the record does not expose (of an e-mail, for instance) is none of ours.
     if (attachment(alarm).value != attachment(read).value)
         setFirst(patcher, component, attachment(alarm));

@@ -41,6 +41,11 @@ private Q_SLOTS:
     void bytesThatAreNotUnderstoodAreKept();
     void textIsEscaped();
     void linesAreFoldedOnlyBetweenCharacters();
+
+    void componentsAreAddedAndRemoved();
+    void whatIsInARemovedComponentGoesWithIt();
+    void theSameDefinitionIsInsertedOnce();
+    void theFirstOfSeveralLinesIsChangedAlone();
 };
 
 void TextPatcherTest::untouchedTextComesOutAsItWas()
@@ -217,6 +222,58 @@ void TextPatcherTest::linesAreFoldedOnlyBetweenCharacters()
     QCOMPARE(lines.unfolded(lines.lines().front()), line);
     QCOMPARE(folded("A:1", "\n"), QByteArray("A:1"));
     QCOMPARE(folded(QByteArray(75, 'x'), "\n"), QByteArray(75, 'x'));
+}
+
+void TextPatcherTest::componentsAreAddedAndRemoved()
+{
+    TextPatcher patcher("BEGIN:VCALENDAR\nBEGIN:VEVENT\nUID:a\nBEGIN:VALARM\nX:1\nEND:VALARM\nX-LAST:1\nEND:VEVENT\n"
+                        "END:VCALENDAR");
+    QCOMPARE(patcher.componentsWithin(1, "VALARM"), std::vector<int> { 2 });
+    QCOMPARE(patcher.componentAround(2, "VCALENDAR"), 0);
+    QCOMPARE(patcher.componentAround(0, "VCALENDAR"), -1);
+
+    patcher.removeComponent(2);
+    patcher.appendComponent(1, { "BEGIN:VALARM", "X:" + QByteArray(80, '2'), "END:VALARM" });
+    patcher.setProperty(1, "SUMMARY", "S");
+
+    const QByteArray expected = "BEGIN:VCALENDAR\nBEGIN:VEVENT\nUID:a\nSUMMARY:S\nX-LAST:1\nBEGIN:VALARM\nX:"
+        + QByteArray(73, '2') + "\n " + QByteArray(7, '2') + "\nEND:VALARM\nEND:VEVENT\nEND:VCALENDAR";
+    QCOMPARE(patcher.patchedText(), expected);
+}
+
+void TextPatcherTest::whatIsInARemovedComponentGoesWithIt()
+{
+    const QByteArray text = "BEGIN:VCALENDAR\r\nBEGIN:VEVENT\r\nUID:a\r\nEND:VEVENT\r\nX:1\r\nEND:VCALENDAR\r\n";
+    TextPatcher patcher(text);
+
+    patcher.setProperty(1, "UID", "b");
+    patcher.setProperty(1, "SUMMARY", "S");
+    patcher.removeComponent(1);
+
+    QCOMPARE(patcher.patchedText(), QByteArray("BEGIN:VCALENDAR\r\nX:1\r\nEND:VCALENDAR\r\n"));
+}
+
+void TextPatcherTest::theSameDefinitionIsInsertedOnce()
+{
+    TextPatcher patcher("BEGIN:VCALENDAR\r\nBEGIN:VEVENT\r\nUID:a\r\nEND:VEVENT\r\nEND:VCALENDAR\r\n");
+
+    for (int time = 0; time < 2; ++time)
+        patcher.insertComponentBefore(1, { "BEGIN:VTIMEZONE", "TZID:X", "END:VTIMEZONE" });
+
+    QCOMPARE(patcher.patchedText(),
+        QByteArray("BEGIN:VCALENDAR\r\nBEGIN:VTIMEZONE\r\nTZID:X\r\nEND:VTIMEZONE\r\nBEGIN:VEVENT\r\nUID:a\r\n"
+                   "END:VEVENT\r\nEND:VCALENDAR\r\n"));
+}
+
+void TextPatcherTest::theFirstOfSeveralLinesIsChangedAlone()
+{
+    TextPatcher patcher("BEGIN:VALARM\r\nATTENDEE:a\r\nATTENDEE:b\r\nATTACH:c\r\nATTACH:d\r\nEND:VALARM\r\n");
+
+    patcher.setFirstProperty(0, "ATTENDEE", "x");
+    patcher.removeFirstProperty(0, "ATTACH");
+
+    QCOMPARE(
+        patcher.patchedText(), QByteArray("BEGIN:VALARM\r\nATTENDEE:x\r\nATTENDEE:b\r\nATTACH:d\r\nEND:VALARM\r\n"));
 }
 
 VANTLE_TEST(TextPatcherTest)
