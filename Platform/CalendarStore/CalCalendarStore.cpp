@@ -32,15 +32,16 @@ struct BackendQuestion {
 
 std::vector<BackendQuestion> questions(const MergedCalendars &merged, const CalCalendarList &asked)
 {
-    QSet<QString> askedUids;
-    for (const CalCalendarPtr &calendar : asked) {
-        if (calendar)
-            askedUids.insert(calendar->uid());
-    }
+    // A handful of calendars; and those of the last answer are nearly always asked about.
+    const auto isAsked = [&](const CalCalendarPtr &shown) {
+        return asked.contains(shown) || std::ranges::any_of(asked, [&](const CalCalendarPtr &calendar) {
+            return calendar && calendar->uid() == shown->uid();
+        });
+    };
 
     std::vector<BackendQuestion> questions;
     for (const Entry &entry : merged.entries()) {
-        if (!askedUids.contains(entry.shown->uid()))
+        if (!isAsked(entry.shown))
             continue;
         auto question = std::ranges::find(questions, entry.backend, &BackendQuestion::backend);
         if (question == questions.end())
@@ -53,7 +54,7 @@ std::vector<BackendQuestion> questions(const MergedCalendars &merged, const CalC
 // Null when the back end answers with something that it does not list.
 const Entry *adoptRecord(CalCalendarItem &record, const CalendarStoreBackend *backend, const MergedCalendars &merged)
 {
-    const Entry *const entry = record.calendar() ? merged.ofBackend(backend, record.calendar()->uid()) : nullptr;
+    const Entry *const entry = record.calendar() ? merged.ofBackend(backend, record.calendar()) : nullptr;
     if (!entry)
         return nullptr;
     record.setCalendar(entry->shown);

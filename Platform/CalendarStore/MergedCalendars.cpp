@@ -116,6 +116,14 @@ const MergedCalendars::Entry *MergedCalendars::ofBackend(
     return found == ranks->cend() ? nullptr : &m_entries.at(*found);
 }
 
+const MergedCalendars::Entry *MergedCalendars::ofBackend(
+    const CalendarStoreBackend *backend, const CalCalendarPtr &own) const
+{
+    // Records carry the very calendars that are merged here, unless one changed just now.
+    const auto found = std::ranges::find(m_entries, own, &Entry::own);
+    return found != m_entries.end() && found->backend == backend ? &*found : ofBackend(backend, own->uid());
+}
+
 QString MergedCalendars::uidOfItem(const CalItemOrigin &origin, const Entry &calendar) const
 {
     QString uid = escaped(origin.plainUid);

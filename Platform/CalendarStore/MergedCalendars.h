@@ -35,6 +35,7 @@ public:
     const Entry *shownAs(const QString &uid) const;
     // Null for a calendar that the back end does not hold.
     const Entry *ofBackend(const CalendarStoreBackend *backend, const QString &ownUid) const;
+    const Entry *ofBackend(const CalendarStoreBackend *backend, const CalCalendarPtr &own) const;
 
     // The uid under which the store shows an item of that calendar. Different items have
     // different uids, whatever characters their parts are made of.

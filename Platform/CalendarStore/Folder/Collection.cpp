@@ -42,7 +42,7 @@ void Collection::setDescription(const CollectionDescription &description)
     m_record.reset();
 }
 
-CalCalendarPtr Collection::record() const
+const CalCalendarPtr &Collection::record() const
 {
     if (!m_record)
         m_record = makeRecord();
@@ -81,14 +81,11 @@ void Collection::setFile(const FileSnapshotPtr &snapshot)
     if (m_place.kind == FoundCollection::Kind::SingleFile)
         m_record.reset();
     m_events.add(*snapshot);
-    for (int index = 0; index < static_cast<int>(snapshot->groups().size()); ++index) {
-        const GroupRef ref { snapshot.get(), index };
-        if (ref.get().kind == ICalendar::Item::Kind::Task)
-            m_tasks.push_back(ref);
-    }
+    m_tasks.add(*snapshot);
     for (const QString &uid : snapshot->uids()) {
         QStringList &names = m_filesByUid[uid];
         names.insert(std::ranges::lower_bound(names, snapshot->fileName()), snapshot->fileName());
+        m_sharedUids += names.size() == 2 ? 1 : 0;
     }
 }
 
@@ -98,13 +95,12 @@ void Collection::removeFile(const QString &fileName)
     if (!known)
         return;
     m_events.remove(*known);
+    m_tasks.remove(*known);
     m_expansions.forget(*known);
-    if (std::ranges::any_of(
-            known->groups(), [](const ItemGroup &group) { return group.kind == ICalendar::Item::Kind::Task; }))
-        std::erase_if(m_tasks, [&](const GroupRef &ref) { return ref.file == known.get(); });
     for (const QString &uid : known->uids()) {
         const auto names = m_filesByUid.find(uid);
         names->removeOne(fileName);
+        m_sharedUids -= names->size() == 1 ? 1 : 0;
         if (names->isEmpty())
             m_filesByUid.erase(names);
     }

@@ -6,6 +6,7 @@
 #include "ExpansionCache.h"
 #include "FileSnapshot.h"
 #include "FolderScanner.h"
+#include "TaskIndex.h"
 
 #include <CalTypes.h>
 
@@ -34,19 +35,21 @@ public:
     void setDescription(const CollectionDescription &description);
 
     // What to show of it. Another record after every change of what it shows.
-    CalCalendarPtr record() const;
+    const CalCalendarPtr &record() const;
 
     FileSnapshotPtr file(const QString &fileName) const { return m_files.value(fileName); }
     const QHash<QString, FileSnapshotPtr> &files() const { return m_files; }
     void setFile(const FileSnapshotPtr &snapshot);
     void removeFile(const QString &fileName);
 
+    // Whether any UID stands in several files.
+    bool hasSharedUids() const { return m_sharedUids > 0; }
     bool holdsUid(const QString &uid) const { return m_filesByUid.contains(uid); }
     std::vector<GroupRef> eventCandidates(ICalendar::UtcSeconds from, ICalendar::UtcSeconds to) const
     {
         return m_events.candidates(from, to);
     }
-    const std::vector<GroupRef> &tasks() const { return m_tasks; }
+    const TaskIndex &tasks() const { return m_tasks; }
     ExpansionCache &expansions() const { return m_expansions; }
 
     // Tells a group apart from others of the same UID in this calendar; empty for the first of
@@ -60,8 +63,9 @@ private:
     CollectionDescription m_description;
     QHash<QString, FileSnapshotPtr> m_files;
     QHash<QString, QStringList> m_filesByUid; // names of files in order, each once
+    int m_sharedUids = 0; // how many of them stand in several files
     EventIndex m_events;
-    std::vector<GroupRef> m_tasks;
+    TaskIndex m_tasks;
     mutable CalCalendarPtr m_record; // null until it is asked for
     mutable ExpansionCache m_expansions; // derived from the files
 };

@@ -4,6 +4,7 @@
 #include <QSet>
 
 #include <algorithm>
+#include <limits>
 
 namespace FolderStore
 {
@@ -57,7 +58,8 @@ void EventIndex::add(const FileSnapshot &file)
             for (qint64 day = days->first; day <= days->last; ++day)
                 m_days[day].push_back(ref);
         } else {
-            m_others.push_back(ref);
+            m_others.push_back(
+                { *ref.get().earliest, ref.get().latest.value_or(std::numeric_limits<UtcSeconds>::max()), ref });
         }
     }
 }
@@ -77,7 +79,7 @@ void EventIndex::remove(const FileSnapshot &file)
     }
     const auto isOfFile = [&](const GroupRef &ref) { return ref.file == &file; };
     if (touchesOthers)
-        std::erase_if(m_others, isOfFile);
+        std::erase_if(m_others, [&](const Bounded &each) { return isOfFile(each.ref); });
     for (const qint64 day : std::as_const(touched)) {
         const auto place = m_days.find(day);
         if (place != m_days.end() && std::erase_if(*place, isOfFile) > 0 && place->empty())
@@ -92,7 +94,10 @@ std::vector<GroupRef> EventIndex::candidates(UtcSeconds from, UtcSeconds to) con
         std::ranges::copy_if(
             place, std::back_inserter(found), [&](const GroupRef &ref) { return mayTouch(ref.get(), from, to); });
     };
-    take(m_others);
+    for (const Bounded &each : m_others) {
+        if (each.earliest <= to && each.latest >= from)
+            found.push_back(each.ref);
+    }
     const qint64 first = dayOf(from);
     const qint64 last = dayOf(to);
     // A range of more days than there are entries is quicker asked the other way round.

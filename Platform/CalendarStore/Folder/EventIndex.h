@@ -33,8 +33,15 @@ public:
     std::vector<GroupRef> candidates(ICalendar::UtcSeconds from, ICalendar::UtcSeconds to) const;
 
 private:
+    // The bounds stand here once more: reaching for each group would cost more than all the rest.
+    struct Bounded {
+        ICalendar::UtcSeconds earliest = 0;
+        ICalendar::UtcSeconds latest = 0;
+        GroupRef ref;
+    };
+
     QHash<qint64, std::vector<GroupRef>> m_days; // by days since 1970, in UTC
-    std::vector<GroupRef> m_others; // series, and events of many days
+    std::vector<Bounded> m_others; // series, and events of many days
 };
 
 } // namespace FolderStore

@@ -12,6 +12,9 @@
 
 #include <QTimeZone>
 
+#include <algorithm>
+#include <iterator>
+
 using namespace Qt::StringLiterals;
 using FolderStore::Collection;
 using FolderStore::GroupRef;
@@ -35,19 +38,6 @@ struct Question {
     }
 };
 
-bool isInState(const Item &task, CalendarStoreBackend::TaskState state, ICalendar::UtcSeconds since)
-{
-    switch (state) {
-    case CalendarStoreBackend::TaskState::Uncompleted:
-        return !task.isCompleted;
-    case CalendarStoreBackend::TaskState::CompletedSince:
-        return task.isCompleted && task.completed && *task.completed >= since;
-    case CalendarStoreBackend::TaskState::Any:
-        break;
-    }
-    return true;
-}
-
 } // namespace
 
 class FolderCalendarStore::Private final
@@ -63,6 +53,7 @@ public:
         const GroupRef &ref, const Question &question);
 
     FolderStore::FolderSynchronizer synchronizer;
+    CalCalendarList calendars; // as they were asked for last
     FolderStore::FileCalls ownCalls;
     FolderStore::ItemFiles files;
     FolderStore::ItemSaver saver { files };
@@ -113,10 +104,14 @@ FolderCalendarStore::~FolderCalendarStore() = default;
 
 CalCalendarList FolderCalendarStore::calendars() const
 {
-    CalCalendarList calendars;
-    for (const auto &collection : d->synchronizer.collections())
-        calendars << collection->record();
-    return calendars;
+    // The same list again while nothing has changed: whoever compares it with the one before looks at no record.
+    const auto &collections = d->synchronizer.collections();
+    const auto recordOf = [](const auto &collection) -> const CalCalendarPtr & { return collection->record(); };
+    if (!std::ranges::equal(collections, d->calendars, {}, recordOf)) {
+        d->calendars.clear();
+        std::ranges::transform(collections, std::back_inserter(d->calendars), recordOf);
+    }
+    return d->calendars;
 }
 
 bool FolderCalendarStore::hasDeclaredDefault() const
@@ -171,10 +166,8 @@ CalTaskList FolderCalendarStore::tasks(TaskState state, const QDateTime &since, 
         if (!collection)
             continue;
         const RecordMaker maker(*collection, collection->record(), *local);
-        for (const GroupRef &ref : collection->tasks()) {
-            if (isInState(ref.file->representative(ref.get()), state, sinceSeconds))
-                tasks << maker.task(ref);
-        }
+        for (const GroupRef &ref : collection->tasks().inState(state, sinceSeconds))
+            tasks << maker.task(ref);
     }
     return tasks;
 }

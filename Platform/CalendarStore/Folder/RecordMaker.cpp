@@ -121,8 +121,10 @@ void RecordMaker::fill(
     for (int index = 0; index < item.alarms.size(); ++index)
         alarms << alarmRecord(item.alarms.at(index), index);
     record.setAlarms(alarms);
-    record.setOrigin(
-        { item.uid, recurrenceId, ref.file->fileName(), m_collection.distinctionOf(ref), ref.file->hash() });
+    // Of files that share no UID only items of one and the same file need to be told apart.
+    const bool isAlone = ref.get().ordinal == 0 && !m_collection.hasSharedUids();
+    const QString distinction = isAlone ? QString() : m_collection.distinctionOf(ref);
+    record.setOrigin({ item.uid, recurrenceId, ref.file->fileName(), distinction, ref.file->hash() });
 }
 
 QString recurrenceIdText(const CivilTime &instant)

@@ -31,6 +31,7 @@ private Q_SLOTS:
     void anOverrideWithoutItsSeriesIsShown();
     void aTasksValuesAreRead();
     void tasksAreFoundByState();
+    void aTaskThatChangesItsStateIsFoundByTheNewOne();
     void absentAndEmptyPropertiesReadAsNothing();
     void severalItemsOfOneFileAreShown();
     void theSameUidTwiceIsShownTwice();
@@ -231,6 +232,30 @@ void FolderReadingTest::tasksAreFoundByState()
     QCOMPARE(sortedTitles(store->tasks(State::CompletedSince, since, store->calendars())), QStringList { u"Done"_s });
     QCOMPARE(store->tasks(State::Any, {}, store->calendars()).size(), 3);
     QVERIFY(store->tasks(State::Any, {}, {}).isEmpty());
+}
+
+void FolderReadingTest::aTaskThatChangesItsStateIsFoundByTheNewOne()
+{
+    using State = CalendarStoreBackend::TaskState;
+    const CalendarFolder folder;
+    folder.write(u"c/a.ics"_s, calendarText(taskText("a", "A") + taskText("b", "B", "STATUS:COMPLETED\r\n")));
+    const auto store = folder.openWithoutWatching();
+    const auto found = [&](State state) {
+        return sortedTitles(store->tasks(state, folder.clock().now().addDays(-1), store->calendars()));
+    };
+    const CalTaskPtr task = taskNamed(*store, u"A"_s);
+
+    task->setIsCompleted(true);
+    QVERIFY(store->saveTask(*task).isOk());
+    QCOMPARE(found(State::CompletedSince), QStringList { u"A"_s });
+    QVERIFY(found(State::Uncompleted).isEmpty());
+    QCOMPARE(found(State::Any), QStringList({ u"A"_s, u"B"_s }));
+
+    task->setIsCompleted(false);
+    QVERIFY(store->saveTask(*task).isOk());
+    QVERIFY(found(State::CompletedSince).isEmpty());
+    QCOMPARE(found(State::Uncompleted), QStringList { u"A"_s });
+    QCOMPARE(found(State::Any), QStringList({ u"A"_s, u"B"_s }));
 }
 
 void FolderReadingTest::absentAndEmptyPropertiesReadAsNothing()

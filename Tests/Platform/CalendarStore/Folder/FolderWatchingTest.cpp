@@ -36,6 +36,7 @@ class FolderWatchingTest final : public QObject
 private Q_SLOTS:
     void aFileWrittenInPlaceIsReadAgain();
     void aFileRenamedOverIsReadAgain();
+    void aSeriesThatIsCutShortIsFoundNoLonger();
     void aFileAppearsAndVanishes();
     void aNewCalendarAppearsWithItsFiles();
     void aCalendarIsRenamedAndRemoved();
@@ -75,6 +76,23 @@ void FolderWatchingTest::aFileRenamedOverIsReadAgain()
         folder.writeByRenaming(u"c/a.ics"_s, calendarText(taskText("a", title)));
         QTRY_COMPARE_WITH_TIMEOUT(tasksOf(store), QStringList { QString::fromLatin1(title) }, atMost);
     }
+}
+
+void FolderWatchingTest::aSeriesThatIsCutShortIsFoundNoLonger()
+{
+    const CalendarFolder folder;
+    const auto series = [](const QByteArray &rule) {
+        return calendarText(eventText("a", "Daily", "20260301T090000", "DURATION:PT1H\r\nRRULE:" + rule + "\r\n"));
+    };
+    folder.write(u"c/a.ics"_s, series("FREQ=DAILY"));
+    const auto store = folder.open();
+    const QDate later(2027, 6, 1);
+    QCOMPARE(sortedTitles(eventsOn(*store, later)), QStringList { u"Daily"_s });
+
+    folder.write(u"c/a.ics"_s, series("FREQ=DAILY;COUNT=10"));
+
+    QTRY_VERIFY_WITH_TIMEOUT(eventsOn(*store, later).isEmpty(), atMost);
+    QCOMPARE(sortedTitles(eventsOn(*store, QDate(2026, 3, 10))), QStringList { u"Daily"_s });
 }
 
 void FolderWatchingTest::aFileAppearsAndVanishes()
