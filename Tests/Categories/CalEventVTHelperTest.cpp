@@ -42,6 +42,7 @@ class CalEventVTHelperTest : public QObject
 
 private Q_SLOTS:
     void copyHasEqualButDistinctAlarms();
+    void alarmsOfACopyHaveAllValues();
     void removingAnAlarmFromTheCopyLeavesTheOriginal();
     void copyHoldsEveryProperty();
     void locationIsAvailable_data();
@@ -65,6 +66,24 @@ void CalEventVTHelperTest::copyHasEqualButDistinctAlarms()
         QVERIFY(copy->alarms().at(index) != event->alarms().at(index));
         QCOMPARE(copy->alarms().at(index)->relativeTrigger(), event->alarms().at(index)->relativeTrigger());
     }
+}
+
+void CalEventVTHelperTest::alarmsOfACopyHaveAllValues()
+{
+    const CalAlarmPtr mail = makeFullAlarm();
+    const auto record = makeMeeting(u"uid"_s, u"Meeting"_s);
+    record->setAlarms({ mail });
+
+    const CalAlarmPtr copied = VTDeepCopy(*record)->alarms().first();
+
+    QVERIFY(copied != mail);
+    QCOMPARE(copied->action(), mail->action());
+    QCOMPARE(copied->sound(), mail->sound());
+    QCOMPARE(copied->emailAddress(), mail->emailAddress());
+    QCOMPARE(copied->url(), mail->url());
+    QCOMPARE(copied->absoluteTrigger(), mail->absoluteTrigger());
+    QCOMPARE(copied->isRelatedToEnd(), mail->isRelatedToEnd());
+    QCOMPARE(copied->storedIndex(), mail->storedIndex());
 }
 
 void CalEventVTHelperTest::removingAnAlarmFromTheCopyLeavesTheOriginal()

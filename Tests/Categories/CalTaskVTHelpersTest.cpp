@@ -88,6 +88,7 @@ private Q_SLOTS:
     void priorityIsNoneForZeroOnly();
     void dueDateIsSetOrNot();
     void copyHasEqualButDistinctAlarms();
+    void alarmsOfACopyHaveAllValues();
     void removingAnAlarmFromTheCopyLeavesTheOriginal();
     void editingAnAlarmOfTheCopyLeavesTheOriginal();
     void copyHoldsEveryProperty();
@@ -149,6 +150,24 @@ void CalTaskVTHelpersTest::copyHasEqualButDistinctAlarms()
         QVERIFY(copy->alarms().at(index) != task->alarms().at(index));
         QCOMPARE(copy->alarms().at(index)->relativeTrigger(), task->alarms().at(index)->relativeTrigger());
     }
+}
+
+void CalTaskVTHelpersTest::alarmsOfACopyHaveAllValues()
+{
+    const CalAlarmPtr mail = makeFullAlarm();
+    const auto record = makeTask(u"uid"_s, u"Buy milk"_s);
+    record->setAlarms({ mail });
+
+    const CalAlarmPtr copied = VTDeepCopy(*record)->alarms().first();
+
+    QVERIFY(copied != mail);
+    QCOMPARE(copied->action(), mail->action());
+    QCOMPARE(copied->sound(), mail->sound());
+    QCOMPARE(copied->emailAddress(), mail->emailAddress());
+    QCOMPARE(copied->url(), mail->url());
+    QCOMPARE(copied->absoluteTrigger(), mail->absoluteTrigger());
+    QCOMPARE(copied->isRelatedToEnd(), mail->isRelatedToEnd());
+    QCOMPARE(copied->storedIndex(), mail->storedIndex());
 }
 
 void CalTaskVTHelpersTest::removingAnAlarmFromTheCopyLeavesTheOriginal()

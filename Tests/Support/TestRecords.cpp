@@ -36,6 +36,19 @@ CalCalendarPtr makeReadOnlyCalendar(const QString &uid, const QColor &color)
     return makeCalendar(uid, color, false);
 }
 
+CalAlarmPtr makeFullAlarm()
+{
+    auto alarm = std::make_shared<CalAlarm>();
+    alarm->setAction(CalAlarmActionEmail);
+    alarm->setSound(u"Basso"_s);
+    alarm->setEmailAddress(u"me@example.org"_s);
+    alarm->setUrl(QUrl(u"file:///tmp/a"_s));
+    alarm->setAbsoluteTrigger(localInstant("2026-03-11T08:00"));
+    alarm->setRelatedToEnd(true);
+    alarm->setStoredIndex(3);
+    return alarm;
+}
+
 CalEventPtr makeEvent(const QString &uid, const QString &title, const QDateTime &start, const QDateTime &end)
 {
     auto event = makeItem<CalEvent>(uid, title);

@@ -23,6 +23,8 @@ CalTaskPtr makeTaskDue(const QString &uid, const QString &title, const QDateTime
 CalTaskPtr makeCompletedTask(const QString &uid, const QString &title, const QDateTime &completed);
 
 CalAlarmPtr makeAlarm(double relativeTrigger);
+// With a value of its own for everything that an alarm holds.
+CalAlarmPtr makeFullAlarm();
 
 // An instant in local time, from "2026-03-11T09:00".
 QDateTime localInstant(const char *text);

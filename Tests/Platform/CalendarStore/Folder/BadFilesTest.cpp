@@ -6,6 +6,7 @@
 #include <QTest>
 
 #include <algorithm>
+#include <ctime>
 
 #include <sys/socket.h>
 #include <sys/stat.h>
@@ -60,7 +61,10 @@ private Q_SLOTS:
     void anUnreadableFileIsSkippedWithANote();
     void aHugeFileIsSkippedWithOneNote();
     void aHugeLineAndAHugeTitleHideNoGoodFiles();
+    void tenThousandOverridesAreAskedForAtOnce();
+    void thousandsOfPropertiesHideNothing();
     void tooFrequentRulesShowTheirFirstInstanceAndOneNote();
+    void bytesThatAreNoTextSurviveASave();
 };
 
 void BadFilesTest::badFilesHideNoGoodOnes()
@@ -90,6 +94,7 @@ void BadFilesTest::pipesSocketsFoldersAndLoopsAreSkippedWithANote()
     QVERIFY(::mkfifo(QFile::encodeName(folder.path(u"pipe.ics"_s)).constData(), 0600) == 0);
     QVERIFY(::mkfifo(QFile::encodeName(folder.path(u"c/color"_s)).constData(), 0600) == 0);
     QVERIFY(QFile::link(folder.path(u"c/loop.ics"_s), folder.path(u"c/loop.ics"_s)));
+    QVERIFY(QFile::link(folder.path(u"c/nowhere"_s), folder.path(u"c/dangling.ics"_s)));
     QVERIFY(QFile::link(u"/dev/zero"_s, folder.path(u"c/device.ics"_s)));
     const int listener = ::socket(AF_UNIX, SOCK_STREAM, 0);
     sockaddr_un address {};
@@ -106,7 +111,7 @@ void BadFilesTest::pipesSocketsFoldersAndLoopsAreSkippedWithANote()
     QCOMPARE(sortedTitles(allTasks(*store)), QStringList { u"Good"_s });
     QCOMPARE(store->calendars().size(), 1);
     for (const QString &name : { u"c/folder.ics"_s, u"c/pipe.ics"_s, u"calendars/pipe.ics"_s, u"c/loop.ics"_s,
-             u"c/device.ics"_s, u"c/socket.ics"_s, u"c/color"_s })
+             u"c/dangling.ics"_s, u"c/device.ics"_s, u"c/socket.ics"_s, u"c/color"_s })
         QVERIFY2(Notes::about(name) == 1, qPrintable(name));
 }
 
@@ -151,10 +156,48 @@ void BadFilesTest::aHugeLineAndAHugeTitleHideNoGoodFiles()
     folder.write(u"c/title.ics"_s, calendarText(taskText("title", QByteArray(1024 * 1024, 't'))));
     folder.write(u"c/good.ics"_s, calendarText(taskText("a", "Good")));
 
+    const Notes notes;
+
     const auto store = folder.openWithoutWatching();
 
     QVERIFY(taskNamed(*store, u"Good"_s));
     QVERIFY(store->holdsUid(u"c"_s, u"title"_s));
+    QCOMPARE(Notes::about(u"c/line.ics"_s), 1);
+    QCOMPARE(taskNamed(*store, u"Line"_s)->notes(), std::nullopt);
+}
+
+void BadFilesTest::tenThousandOverridesAreAskedForAtOnce()
+{
+    const CalendarFolder folder;
+    QByteArray text = eventText("many", "Usual", "20200101T090000Z", "DURATION:PT1H\r\nRRULE:FREQ=DAILY\r\n");
+    for (int index = 0; index < 10000; ++index) {
+        const QByteArray date = QDate(2020, 1, 1).addDays(index).toString(u"yyyyMMdd"_s).toLatin1();
+        text
+            += eventText("many", "Moved", date + "T150000Z", "DURATION:PT1H\r\nRECURRENCE-ID:" + date + "T090000Z\r\n");
+    }
+    folder.write(u"c/many.ics"_s, calendarText(text));
+    folder.write(u"c/good.ics"_s, calendarText(eventText("good", "Good", "20260311T100000")));
+    const auto store = folder.openWithoutWatching();
+    const std::clock_t begin = std::clock();
+
+    const CalEventList events = eventsOn(*store, day);
+
+    constexpr std::clock_t goal = 100 * CLOCKS_PER_SEC / 1000;
+    QVERIFY(std::clock() - begin < 3 * goal);
+    QCOMPARE(sortedTitles(events), QStringList({ u"Good"_s, u"Moved"_s }));
+}
+
+void BadFilesTest::thousandsOfPropertiesHideNothing()
+{
+    const CalendarFolder folder;
+    const QByteArray unknown = QByteArray("X-UNKNOWN;X-PARAMETER=value:text\r\n").repeated(100'000);
+    folder.write(u"c/a.ics"_s,
+        calendarText(unknown + eventText("a", "Full", "20260311T090000", unknown) + taskText("b", "Behind", unknown)));
+
+    const auto store = folder.openWithoutWatching();
+
+    QCOMPARE(sortedTitles(eventsOn(*store, day)), QStringList { u"Full"_s });
+    QCOMPARE(sortedTitles(allTasks(*store)), QStringList { u"Behind"_s });
 }
 
 void BadFilesTest::tooFrequentRulesShowTheirFirstInstanceAndOneNote()
@@ -173,6 +216,21 @@ void BadFilesTest::tooFrequentRulesShowTheirFirstInstanceAndOneNote()
 
     QCOMPARE(sortedTitles(events), QStringList({ u"Good"_s, u"Often"_s }));
     QCOMPARE(Notes::about(u"repeats too often"_s), 1);
+}
+
+void BadFilesTest::bytesThatAreNoTextSurviveASave()
+{
+    const CalendarFolder folder;
+    const QByteArray latin = "SUMMARY:M\xfcll hinausbringen\r\nX-ODD:\xff\xfe\x80\r\n";
+    folder.write(u"c/a.ics"_s, calendarText("BEGIN:VTODO\r\nUID:a\r\n" + latin + "END:VTODO\r\n"));
+    const auto store = folder.openWithoutWatching();
+    const CalTaskPtr task = allTasks(*store).constFirst();
+    QCOMPARE(task->title(), u"M\xfcll hinausbringen"_s);
+
+    task->setIsCompleted(true);
+    QVERIFY(store->saveTask(*task).isOk());
+
+    QVERIFY(folder.read(u"c/a.ics"_s).contains(latin));
 }
 
 VANTLE_TEST(BadFilesTest)
