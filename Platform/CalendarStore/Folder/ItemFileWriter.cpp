@@ -6,6 +6,7 @@
 #include <QFile>
 
 #include <cerrno>
+#include <csignal>
 #include <memory>
 
 #include <dirent.h>
@@ -182,6 +183,8 @@ private:
 ItemFileWriter::ItemFileWriter(FileCalls &calls)
     : m_calls(calls)
 {
+    // A file that may not grow any further is an error of the call, not the end of the process.
+    std::signal(SIGXFSZ, SIG_IGN);
 }
 
 Result<void, WritingFault> ItemFileWriter::replace(
