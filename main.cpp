@@ -1,9 +1,12 @@
 // SPDX-License-Identifier: MIT
+#include <AlertSounds.h>
 #include <Beeper.h>
 #include <CalCalendarStore.h>
 #include <Clock.h>
+#include <DesktopAlerts.h>
 #include <DesktopAppearance.h>
 #include <DesktopWorkspace.h>
+#include <FileChooser.h>
 #include <FolderCalendarStore.h>
 #include <Termination.h>
 #include <UserDefaults.h>
@@ -58,10 +61,14 @@ int main(int argc, char **argv)
     DesktopWorkspace workspace;
     DesktopAppearance appearance(QApplication::palette());
     SystemTermination termination;
+    SystemAlerts alerts;
+    SystemFileChooser fileChooser;
+    const SoundThemeSounds sounds;
     const auto store = calendarStore(clock);
 
-    VTAppController controller({ { *store, defaults, clock, beeper, workspace, termination, nullptr }, appearance,
-        WindowStateFile(WindowStateFile::defaultPath()) });
+    VTAppController controller(
+        { { *store, defaults, clock, beeper, workspace, termination, alerts, fileChooser, sounds, nullptr }, appearance,
+            WindowStateFile(WindowStateFile::defaultPath()) });
     controller.awakeFromNib();
     return QApplication::exec();
 }

@@ -27,6 +27,11 @@ QString reasonNotToHold(CalItemKind kind)
                                       : QCoreApplication::translate("Vantle", "The calendar cannot hold to-dos.");
 }
 
+QString fieldText(const std::optional<QUrl> &url)
+{
+    return url ? url->toString(QUrl::FullyEncoded) : QString();
+}
+
 } // namespace
 
 VTCalItemEditController::VTCalItemEditController(
@@ -73,7 +78,8 @@ void VTCalItemEditController::setUpCommonControls(
     VTSheetForm::setName(removeAlarm, QCoreApplication::translate("Vantle", "Remove Alarm"));
     removeAlarm.setToolTip(removeAlarm.accessibleName());
 
-    connect(m_titleField, &QLineEdit::textEdited, this,
+    // Assistive technology sets texts too, which is no edit to the field.
+    connect(m_titleField, &QLineEdit::textChanged, this,
         [this](const QString &text) { m_proxyCalItem->setTitle(VTSheetForm::presentText(text)); });
     connect(&notes, &QPlainTextEdit::textChanged, this,
         [this] { m_proxyCalItem->setNotes(VTSheetForm::presentText(m_notesView->toPlainText())); });
@@ -99,7 +105,8 @@ void VTCalItemEditController::awakeFromNib()
 
 void VTCalItemEditController::fillTexts()
 {
-    const QSignalBlocker blocker(m_notesView);
+    const QSignalBlocker titleBlocker(m_titleField);
+    const QSignalBlocker notesBlocker(m_notesView);
     m_titleField->setText(VTSheetForm::oneLine(m_proxyCalItem->title()));
     m_titleField->selectAll();
     m_notesView->setPlainText(m_proxyCalItem->notes().value_or(QString()));
@@ -107,8 +114,7 @@ void VTCalItemEditController::fillTexts()
 
 void VTCalItemEditController::fillUrlAndCalendar()
 {
-    const std::optional<QUrl> &url = m_proxyCalItem->url();
-    m_urlField->setText(url ? url->toString(QUrl::FullyEncoded) : QString());
+    m_urlField->setText(fieldText(m_proxyCalItem->url()));
     updateCalendarsPopup();
     selectCalendarOfItem();
     m_alarmsTable->deselectAll();
@@ -131,7 +137,7 @@ void VTCalItemEditController::takeUrl()
 {
     const std::optional<QUrl> url = URLWithDefaultHTTPScheme(m_urlField->text());
     // A stored address that is none by today's rules is not lost because the title was changed.
-    if (url || m_urlField->isModified())
+    if (url || m_urlField->text() != fieldText(m_originalCalItem->url()))
         m_proxyCalItem->setUrl(url);
 }
 

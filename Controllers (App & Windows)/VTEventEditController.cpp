@@ -12,6 +12,7 @@
 #include <KLVMetrics.h>
 
 #include <QApplication>
+#include <QSignalBlocker>
 
 using namespace Qt::StringLiterals;
 
@@ -61,6 +62,7 @@ void VTEventEditController::loadWindow()
     VTSheetForm::setUpCaption(*m_ui->endCaption, QCoreApplication::translate("Vantle", "Ends"));
     VTSheetForm::setUpCaption(*m_ui->repeatsCaption, QCoreApplication::translate("Vantle", "Repeats"));
     m_ui->repeatsCaption->setContentsMargins({});
+    m_ui->repeatsCaption->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
     VTSheetForm::setUpCaption(*m_ui->urlCaption, QCoreApplication::translate("Vantle", "Link"));
     VTSheetForm::setUpCaption(*m_ui->notesCaption, QCoreApplication::translate("Vantle", "Notes"));
     VTSheetForm::setUpCaption(*m_ui->alarmsCaption, QCoreApplication::translate("Vantle", "Alarms"));
@@ -73,7 +75,7 @@ void VTEventEditController::loadWindow()
     VTSheetForm::setUpPicker(*m_startDatePicker, m_ui->startCaption->text());
     VTSheetForm::setUpPicker(*m_endDatePicker, m_ui->endCaption->text());
 
-    connect(m_ui->locationField, &QLineEdit::textEdited, this,
+    connect(m_ui->locationField, &QLineEdit::textChanged, this,
         [this](const QString &text) { proxyEvent().setLocation(VTSheetForm::presentText(text)); });
     connect(m_ui->allDayCheckBox, &QCheckBox::clicked, this, [this](bool isAllDay) {
         proxyEvent().setIsAllDay(isAllDay);
@@ -116,6 +118,7 @@ void VTEventEditController::fillDates()
 {
     const CalEvent &event = proxyEvent();
     const QDateTime now = services().clock.now();
+    const QSignalBlocker locationBlocker(m_ui->locationField);
     m_ui->locationField->setText(VTSheetForm::oneLine(event.location()));
     m_ui->allDayCheckBox->setChecked(event.isAllDay());
     m_startDatePicker->setDateValue(

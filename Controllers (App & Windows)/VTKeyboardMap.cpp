@@ -18,6 +18,11 @@ constexpr std::array entries {
     VTKeyboardEntry { VTKeyGroup::Days, "goToNextWeek", "Ctrl+Shift+Right", QT_TRANSLATE_NOOP("Vantle", "Next Week") },
     VTKeyboardEntry { VTKeyGroup::Days, "jumpToDate", "Ctrl+G", QT_TRANSLATE_NOOP("Vantle", "Go to Date") },
 
+    VTKeyboardEntry { VTKeyGroup::Items, "newEvent", "Ctrl+N", QT_TRANSLATE_NOOP("Vantle", "New Event") },
+    VTKeyboardEntry { VTKeyGroup::Items, "newTask", "Ctrl+Shift+N", QT_TRANSLATE_NOOP("Vantle", "New To Do") },
+    VTKeyboardEntry { VTKeyGroup::Items, "editItem", "Ctrl+E", QT_TRANSLATE_NOOP("Vantle", "Edit") },
+    VTKeyboardEntry { VTKeyGroup::Items, "deleteItem", "Del", QT_TRANSLATE_NOOP("Vantle", "Delete") },
+    VTKeyboardEntry { VTKeyGroup::Items, "undo", "Ctrl+Z", QT_TRANSLATE_NOOP("Vantle", "Undo Delete") },
     VTKeyboardEntry { VTKeyGroup::Items, "", "Up", QT_TRANSLATE_NOOP("Vantle", "Select the row above") },
     VTKeyboardEntry { VTKeyGroup::Items, "", "Down", QT_TRANSLATE_NOOP("Vantle", "Select the row below") },
     VTKeyboardEntry { VTKeyGroup::Items, "", "Return", QT_TRANSLATE_NOOP("Vantle", "Tick the selected to-do") },

@@ -21,11 +21,24 @@ VTMainMenu::VTMainMenu(QWidget *parent)
 {
     setObjectName(u"mainMenu"_s);
     setAccessibleName(QCoreApplication::translate("Vantle", "Menu"));
+    buildItemMenu();
     buildGoMenu();
     buildTaskMenu();
     buildViewMenu();
     addSeparator();
     addCommand(this, "quit");
+}
+
+void VTMainMenu::buildItemMenu()
+{
+    addCommand(this, "newEvent");
+    addCommand(this, "newTask");
+    addSeparator();
+    addCommand(this, "editItem");
+    addCommand(this, "deleteItem");
+    addCommand(this, "showInCalendar", QCoreApplication::translate("Vantle", "Show in Calendar Application"));
+    addCommand(this, "undo");
+    addSeparator();
 }
 
 void VTMainMenu::buildGoMenu()

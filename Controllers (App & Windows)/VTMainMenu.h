@@ -29,6 +29,7 @@ private:
     QAction *addCommand(QMenu *menu, const char *name, const QString &text);
     QAction *addCheckableCommand(QMenu *menu, const char *name, const QString &text);
     void addGoAction(QMenu *menu, const char *name, int tag);
+    void buildItemMenu();
     void buildGoMenu();
     void buildTaskMenu();
     void buildViewMenu();

@@ -17,6 +17,7 @@
 #include <WindowState.h>
 
 #include <QApplication>
+#include <QContextMenuEvent>
 #include <QKeyEvent>
 #include <QScreen>
 #include <QVBoxLayout>
@@ -49,6 +50,8 @@ VTMainWindow::VTMainWindow(QWidget *parent)
     , m_tasksAccordion(new KLVAccordionView(this))
     , m_calendarsDrawer(new KLVCalendarsDrawer(this))
     , m_menu(new VTMainMenu(this))
+    , m_itemMenu(new QMenu(this))
+    , m_newMenu(new QMenu(this))
 {
     setObjectName(u"mainWindow"_s);
     setWindowTitle(u"Vantle"_s);
@@ -72,9 +75,11 @@ VTMainWindow::VTMainWindow(QWidget *parent)
     m_dateBar->setObjectName(u"dateBar"_s);
 
     buildMenu();
+    buildItemMenus();
     // Date bar, lists, drawer, and round again, beginning with the lists.
     setTabOrder(m_eventsAccordion, m_tasksAccordion);
-    m_dateBar->dateNavigator()->setTabOrderBetween(m_tasksAccordion, m_dateBar->menuButton());
+    m_dateBar->dateNavigator()->setTabOrderBetween(m_tasksAccordion, m_dateBar->newButton());
+    setTabOrder(m_dateBar->newButton(), m_dateBar->menuButton());
     m_calendarsDrawer->setTabOrderAfter(m_tasksAccordion);
 }
 
@@ -112,6 +117,26 @@ void VTMainWindow::buildMenu()
     // Shortcuts work from anywhere in the window, with the menu closed.
     addActions(m_menu->commands());
     addAction(openMenu);
+}
+
+void VTMainWindow::buildItemMenus()
+{
+    m_itemMenu->setObjectName(u"calItemContextMenu"_s);
+    m_itemMenu->setAccessibleName(QCoreApplication::translate("Vantle", "Selected item"));
+    for (const char *name : { "editItem", "deleteItem", "showInCalendar" })
+        m_itemMenu->addAction(m_menu->command(name));
+    m_itemMenu->addSeparator();
+    for (const char *name : { "newEvent", "newTask" })
+        m_itemMenu->addAction(m_menu->command(name));
+    m_itemMenu->addSeparator();
+    m_itemMenu->addAction(m_menu->command("undo"));
+
+    m_newMenu->setObjectName(u"newMenu"_s);
+    m_newMenu->setAccessibleName(m_dateBar->newButton()->accessibleName());
+    for (const char *name : { "newEvent", "newTask" })
+        m_newMenu->addAction(m_menu->command(name));
+    connect(m_dateBar->newButton(), &KLVBarButton::clicked, this,
+        [this] { popUpUnder(m_newMenu, *m_dateBar->newButton()); });
 }
 
 void VTMainWindow::takeMinimumSize()
@@ -231,10 +256,21 @@ void VTMainWindow::popUpMenu()
         m_menu->popup(mapToGlobal(QPoint(0, 0)));
         return;
     }
-    // Under the button, its edge on the button's outer one.
-    const QSize size = m_menu->sizeHint();
-    const int x = isLeftToRight() ? button->width() - size.width() : 0;
-    m_menu->popup(button->mapToGlobal(QPoint(x, button->height() + 2)));
+    popUpUnder(m_menu, *button);
+}
+
+void VTMainWindow::popUpUnder(QMenu *menu, const QWidget &button)
+{
+    // Its edge on the button's outer one.
+    const int x = isLeftToRight() ? button.width() - menu->sizeHint().width() : 0;
+    menu->popup(button.mapToGlobal(QPoint(x, button.height() + 2)));
+}
+
+void VTMainWindow::contextMenuEvent(QContextMenuEvent *event)
+{
+    // With the mouse the list itself has answered by now.
+    if (event->reason() == QContextMenuEvent::Keyboard)
+        Q_EMIT contextMenuRequested();
 }
 
 void VTMainWindow::showEvent(QShowEvent *event)

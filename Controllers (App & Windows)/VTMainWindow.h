@@ -10,6 +10,7 @@ class KLVAccordionView;
 class KLVCalendarsDrawer;
 class KLVDateBar;
 class KLVSplitView;
+class QMenu;
 class VTMainMenu;
 struct WindowState;
 
@@ -35,6 +36,8 @@ public:
 
     KLVCalendarsDrawer *calendarsDrawer() const { return m_calendarsDrawer; }
     VTMainMenu *menu() const { return m_menu; }
+    // What can be done with the selected item.
+    QMenu *itemMenu() const { return m_itemMenu; }
 
     bool isDateBarVisible() const;
     void setDateBarVisible(bool isVisible);
@@ -51,7 +54,12 @@ public:
     // At the menu button, or at the window's corner while the date bar is hidden.
     void popUpMenu();
 
+Q_SIGNALS:
+    // By its key: there is no place that it was asked for at.
+    void contextMenuRequested();
+
 protected:
+    void contextMenuEvent(QContextMenuEvent *event) override;
     void showEvent(QShowEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
 
@@ -59,6 +67,8 @@ private:
     void buildLists();
     KLVAccordionScrollArea *addList(KLVAccordionView *list, const QString &name);
     void buildMenu();
+    void buildItemMenus();
+    void popUpUnder(QMenu *menu, const QWidget &button);
     void takeMinimumSize();
     VTDrawerGrowth growthForDrawer() const;
     void restoreFrame(const QRect &frame);
@@ -71,6 +81,8 @@ private:
     KLVAccordionScrollArea *m_eventsScrollArea = nullptr;
     KLVCalendarsDrawer *m_calendarsDrawer;
     VTMainMenu *m_menu;
+    QMenu *m_itemMenu;
+    QMenu *m_newMenu;
     VTDrawerGrowth m_drawerGrowth; // of the drawer that is open
     int m_leftWithDrawer = 0; // where the window stood when the drawer had opened
 };

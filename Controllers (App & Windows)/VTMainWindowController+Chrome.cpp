@@ -47,6 +47,7 @@ void VTMainWindowController::connectControls()
 {
     connect(dateNavigator(), &KLVDateNavigator::triggered, this, [this] { setDateFromDateNavigator(); });
     connectMenu();
+    connectItemCommands();
     connectDrawer();
 }
 
@@ -221,6 +222,7 @@ void VTMainWindowController::updateControls()
     dateNavigator()->setLabel_forSegment(
         m_navigatorFormatter.stringFromDate(m_services.clock.now()), KLVDateNavigator::middleSegment);
     markSortMethod();
+    updateItemCommands();
 }
 
 void VTMainWindowController::accordionView_drawPlaceHolderBackgroundInFrame(KLVAccordionView *view, const QRectF &frame)

@@ -194,9 +194,15 @@ bool VTMainWindowController::accordionView_mouseDown_forRepresentedObject(
     else if (positionOf(item, m_tasks) >= 0)
         makeFirstResponder(tasksAccordion());
 
-    // Control takes the place of the Command key for clicks.
-    if (event.button != Qt::RightButton && event.modifiers.testFlag(Qt::ControlModifier))
+    if (event.button == Qt::RightButton) {
+        if (QMenu *const menu = calItemContextMenu())
+            menu->popup(event.globalPosition);
+    } else if (event.modifiers.testFlag(Qt::ControlModifier)) {
+        // Control takes the place of the Command key for clicks.
         showInICal(item);
+    } else if (event.clickCount >= 2) {
+        editSelectedItem();
+    }
     return true;
 }
 

@@ -5,9 +5,21 @@
 
 using namespace Qt::StringLiterals;
 
+namespace
+{
+
+VTEditServices editServices(const VTMainWindowServices &services)
+{
+    return { services.store, services.clock, services.alerts, services.fileChooser, services.sounds };
+}
+
+} // namespace
+
 VTMainWindowController::VTMainWindowController(const VTMainWindowServices &services, QObject *parent)
     : QObject(parent)
     , m_services(services)
+    , m_eventEditController(std::make_unique<VTEventEditController>(editServices(services)))
+    , m_taskEditController(std::make_unique<VTTaskEditController>(editServices(services)))
     , m_headerFromatterWithoutYear(VTDateFormatter::longWithoutYear(QLocale()))
     , m_headerFromatterWithYear(VTDateFormatter::longWithYear(QLocale()))
     , m_navigatorFormatter(VTDateFormatter::abbreviated(QLocale()))

@@ -3,6 +3,8 @@
 
 #include "VTDateFormatter.h"
 #include "VTDayContents.h"
+#include "VTEventEditController.h"
+#include "VTTaskEditController.h"
 
 #include <CalEvent.h>
 #include <CalTask.h>
@@ -12,6 +14,7 @@
 #include <KeyValueBinding.h>
 #include <KeyValueObject.h>
 
+#include <QMenu>
 #include <QObject>
 #include <QPointer>
 #include <QStringList>
@@ -21,9 +24,12 @@
 #include <optional>
 #include <vector>
 
+class AlertSounds;
 class Beeper;
 class CalCalendarStore;
 class CalendarApplication;
+class DesktopAlerts;
+class FileChooser;
 class KLVAccordionView;
 class KLVDateNavigator;
 class KLVDatePicker;
@@ -42,6 +48,9 @@ struct VTMainWindowServices {
     Beeper &beeper;
     Workspace &workspace;
     Termination &termination;
+    DesktopAlerts &alerts;
+    FileChooser &fileChooser;
+    const AlertSounds &sounds;
     CalendarApplication *calendarApplication = nullptr; // null where the desktop has none
 };
 
@@ -76,6 +85,9 @@ class VTMainWindowController final : public QObject,
     Q_PROPERTY(std::optional<QString> lastTaskUID READ lastTaskUID)
     Q_PROPERTY(std::optional<CalCalendarItemList> selectedCalItems READ selectedCalItems)
     Q_PROPERTY(CalCalendarItemPtr selectedCalItem READ selectedCalItem)
+    Q_PROPERTY(VTEventEditController *eventEditController READ eventEditController CONSTANT)
+    Q_PROPERTY(VTTaskEditController *taskEditController READ taskEditController CONSTANT)
+    Q_PROPERTY(QMenu *calItemContextMenu READ calItemContextMenu)
     Q_PROPERTY(QString showHideDateBarMenuTitle READ showHideDateBarMenuTitle)
     Q_PROPERTY(QString showHideCalendarDrawerMenuTitle READ showHideCalendarDrawerMenuTitle)
 
@@ -147,8 +159,23 @@ public:
     Q_INVOKABLE void moveSelectionDown(QObject *sender = nullptr);
     Q_INVOKABLE void moveUp(QObject *sender = nullptr);
     Q_INVOKABLE void moveDown(QObject *sender = nullptr);
-    // Ticks or un-ticks every selected to-do.
+    // Ticks or un-ticks every selected to-do. Nothing happens to events.
     Q_INVOKABLE void insertNewline(QObject *sender = nullptr);
+
+    // "delete" is a word of the language. Of a repeating event only the shown occurrence goes. Asks nothing.
+    Q_INVOKABLE void delete_(QObject *sender = nullptr);
+    // Puts back what was deleted last.
+    Q_INVOKABLE void undo(QObject *sender = nullptr);
+    Q_INVOKABLE void editSelectedItem(QObject *sender = nullptr);
+    Q_INVOKABLE void showSelectedCalItemInICal(QObject *sender = nullptr);
+    // In the default calendar. The store holds nothing of it before the sheet saves.
+    Q_INVOKABLE void showEventEditSheetWithNewEvent(QObject *sender = nullptr);
+    Q_INVOKABLE void showTaskEditSheetWithNewTask(QObject *sender = nullptr);
+    Q_INVOKABLE void showWindowAndMakeActiveApp(QObject *sender = nullptr);
+
+    VTEventEditController *eventEditController() const { return m_eventEditController.get(); }
+    VTTaskEditController *taskEditController() const { return m_taskEditController.get(); }
+    QMenu *calItemContextMenu() const;
 
     bool respondsToAccordionView_itemForRepresentedObject() const override { return true; }
     KLVAccordionViewItemPtr accordionView_itemForRepresentedObject(
@@ -227,6 +254,12 @@ private:
     void moveFirstResponder(KLVAccordionView *from, KLVAccordionView *to);
     void makeFirstResponder(KLVAccordionView *view);
     void showInICal(const CalCalendarItemPtr &item) const;
+    // Whether a sheet has the keyboard: its window then beeps and shows itself, and nothing else.
+    bool isEditing() const;
+    void connectItemCommands();
+    // What the commands on the selected item are called, and whether they can act.
+    void updateItemCommands();
+    void popUpContextMenuAtSelection();
 
     void setUpLists();
     void scrollEventsToTop();
@@ -245,6 +278,8 @@ private:
 
     VTMainWindowServices m_services;
     QPointer<VTMainWindow> m_window;
+    std::unique_ptr<VTEventEditController> m_eventEditController;
+    std::unique_ptr<VTTaskEditController> m_taskEditController;
     std::vector<std::unique_ptr<KeyValueBinding>> m_bindings;
 
     QDateTime m_dateProperty;

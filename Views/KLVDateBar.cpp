@@ -22,22 +22,29 @@ constexpr qreal endMargin = 10;
 constexpr qreal gap = 10;
 constexpr int hairline = 1; // pixels
 
+void setUpButton(KLVBarButton &button, KLVSign sign, const QString &objectName, const QString &title)
+{
+    button.setObjectName(objectName);
+    button.setSign(sign);
+    button.setFocusPolicy(Qt::TabFocus);
+    button.setAccessibleName(title);
+    button.setToolTip(title);
+    button.setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
+}
+
 } // namespace
 
 KLVDateBar::KLVDateBar(QWidget *parent)
     : QWidget(parent)
     , m_dateLabel(new KLVTitleLabel(this))
+    , m_newButton(new KLVBarButton(this))
     , m_menuButton(new KLVBarButton(this))
     , m_dateNavigator(new KLVDateNavigator(this))
 {
     setAccessibleName(QCoreApplication::translate("Vantle", "Date bar"));
     m_dateLabel->setObjectName(u"dateLabel"_s);
-    m_menuButton->setObjectName(u"menuButton"_s);
-    m_menuButton->setSign(KLVSign::Menu);
-    m_menuButton->setFocusPolicy(Qt::TabFocus);
-    m_menuButton->setAccessibleName(QCoreApplication::translate("Vantle", "Menu"));
-    m_menuButton->setToolTip(QCoreApplication::translate("Vantle", "Menu"));
-    m_menuButton->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
+    setUpButton(*m_newButton, KLVSign::Plus, u"newButton"_s, QCoreApplication::translate("Vantle", "New"));
+    setUpButton(*m_menuButton, KLVSign::Menu, u"menuButton"_s, QCoreApplication::translate("Vantle", "Menu"));
     m_dateNavigator->setObjectName(u"dateNavigator"_s);
 
     auto *layout = new QGridLayout(this);
@@ -47,8 +54,10 @@ KLVDateBar::KLVDateBar(QWidget *parent)
     layout->setContentsMargins(side, end, side, end + hairline);
     layout->setSpacing(qRound(metrics.length(gap)));
     layout->addWidget(m_dateLabel, 0, 0);
-    layout->addWidget(m_menuButton, 0, 1);
-    layout->addWidget(m_dateNavigator, 1, 0, 1, 2);
+    layout->addWidget(m_newButton, 0, 1);
+    layout->addWidget(m_menuButton, 0, 2);
+    layout->addWidget(m_dateNavigator, 1, 0, 1, 3);
+    layout->setColumnStretch(0, 1);
 }
 
 void KLVDateBar::paintEvent(QPaintEvent * /*event*/)

@@ -7,8 +7,8 @@ class KLVBarButton;
 class KLVDateNavigator;
 class QLabel;
 
-// The top of the window: the shown date, the menu button and the navigator,
-// over a hairline. Says nothing of what they do.
+// The top of the window: the shown date, the buttons for new items and for
+// the menu, and the navigator, over a hairline. Says nothing of what they do.
 class KLVDateBar final : public QWidget
 {
     Q_OBJECT
@@ -18,6 +18,7 @@ public:
 
     QLabel *dateLabel() const { return m_dateLabel; }
     KLVDateNavigator *dateNavigator() const { return m_dateNavigator; }
+    KLVBarButton *newButton() const { return m_newButton; }
     KLVBarButton *menuButton() const { return m_menuButton; }
 
 protected:
@@ -25,6 +26,7 @@ protected:
 
 private:
     QLabel *m_dateLabel;
+    KLVBarButton *m_newButton;
     KLVBarButton *m_menuButton;
     KLVDateNavigator *m_dateNavigator;
 };

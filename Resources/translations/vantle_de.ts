@@ -927,5 +927,53 @@
         <source>High</source>
         <translation>Hoch</translation>
     </message>
+    <message>
+        <source>New</source>
+        <translation>Neu</translation>
+    </message>
+    <message>
+        <source>New Event</source>
+        <translation>Neuer Termin</translation>
+    </message>
+    <message>
+        <source>New To Do</source>
+        <translation>Neue Aufgabe</translation>
+    </message>
+    <message>
+        <source>Edit</source>
+        <translation>Bearbeiten</translation>
+    </message>
+    <message>
+        <source>Delete</source>
+        <translation>Löschen</translation>
+    </message>
+    <message>
+        <source>Undo Delete</source>
+        <translation>Löschen rückgängig machen</translation>
+    </message>
+    <message>
+        <source>Show in Calendar Application</source>
+        <translation>Im Kalenderprogramm zeigen</translation>
+    </message>
+    <message>
+        <source>Selected item</source>
+        <translation>Ausgewählter Eintrag</translation>
+    </message>
+    <message>
+        <source>New event</source>
+        <translation>Neuer Termin</translation>
+    </message>
+    <message>
+        <source>New to do</source>
+        <translation>Neue Aufgabe</translation>
+    </message>
+    <message>
+        <source>Delete This Occurrence</source>
+        <translation>Dieses Vorkommen löschen</translation>
+    </message>
+    <message>
+        <source>Undo Delete of “%1”</source>
+        <translation>Löschen von „%1“ rückgängig machen</translation>
+    </message>
 </context>
 </TS>

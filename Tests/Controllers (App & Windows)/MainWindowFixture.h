@@ -1,11 +1,14 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <FixedAlertSounds.h>
 #include <ManualClock.h>
 #include <MemoryStore.h>
+#include <RecordingAlerts.h>
 #include <RecordingBeeper.h>
 #include <RecordingCalendarApplication.h>
 #include <RecordingWorkspace.h>
+#include <ScriptedFileChooser.h>
 #include <Termination.h>
 #include <TestRecords.h>
 #include <UserDefaults.h>
@@ -29,6 +32,9 @@ struct MainWindowFixture {
     RecordingWorkspace workspace;
     RecordingCalendarApplication calendarApplication;
     Termination termination;
+    RecordingAlerts alerts;
+    ScriptedFileChooser fileChooser;
+    FixedAlertSounds sounds;
     std::unique_ptr<VTMainWindow> window;
     std::unique_ptr<VTMainWindowController> controller;
 
@@ -39,7 +45,8 @@ struct MainWindowFixture {
 
     VTMainWindowServices services()
     {
-        return { calendars.store(), defaults, clock, beeper, workspace, termination, &calendarApplication };
+        return { calendars.store(), defaults, clock, beeper, workspace, termination, alerts, fileChooser, sounds,
+            &calendarApplication };
     }
 
     // Like a folder that is still being read. The store learns of it from a change.

@@ -3,6 +3,7 @@
 
 #include <TestRegistry.h>
 
+#include <QAccessible>
 #include <QLabel>
 
 using namespace Qt::StringLiterals;
@@ -19,6 +20,7 @@ private Q_SLOTS:
     void eventWithoutDatesIsAnHourLongInAnHour();
     void eachMissingDateIsSuppliedAlone();
     void editsReachTheStore();
+    void textsSetByAssistiveTechnologyReachTheStore();
     void clearedFieldsAreAbsent();
     void unchangedFieldsKeepWhatTheyCannotShow();
     void addressWithoutASchemeIsCompleted();
@@ -183,6 +185,23 @@ void VTEventEditControllerTest::editsReachTheStore()
     QCOMPARE(stored->startDate(), localInstant("2026-11-20T19:00"));
     QCOMPARE(stored->endDate(), localInstant("2026-11-20T21:00"));
     QVERIFY(fixture.alerts.messages.isEmpty());
+}
+
+void VTEventEditControllerTest::textsSetByAssistiveTechnologyReachTheStore()
+{
+    EditSheetFixture fixture;
+    fixture.open(fixture.addEvent(u"Lunch"_s));
+
+    const auto setText = [](QWidget *field, const QString &text) {
+        QAccessible::queryAccessibleInterface(field)->editableTextInterface()->replaceText(
+            0, field->property("text").toString().size(), text);
+    };
+    setText(fixture.events.titleField(), u"Dinner"_s);
+    setText(controlOf<QLineEdit>(fixture.events, u"locationField"_s), u"At home"_s);
+    fixture.events.insertNewline();
+
+    QVERIFY(fixture.storedEvent(u"Dinner"_s));
+    QCOMPARE(fixture.storedEvent(u"Dinner"_s)->location().value_or(QString()), u"At home"_s);
 }
 
 void VTEventEditControllerTest::clearedFieldsAreAbsent()

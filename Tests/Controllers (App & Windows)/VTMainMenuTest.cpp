@@ -173,10 +173,10 @@ void VTMainMenuTest::sortMethodIsChosenInTheOpenMenu()
     QMenu *const menu = fixture.window->menu();
     QTRY_VERIFY(menu->isVisible());
 
-    QTest::keyClick(menu, Qt::Key_Down);
-    QTest::keyClick(menu, Qt::Key_Down);
-    QTest::keyClick(menu, Qt::Key_Right);
     auto *sorting = fixture.window->findChild<QMenu *>(u"taskSettingsMenu"_s);
+    for (int step = 0; step < menu->actions().size() && menu->activeAction() != sorting->menuAction(); ++step)
+        QTest::keyClick(menu, Qt::Key_Down);
+    QTest::keyClick(menu, Qt::Key_Right);
     QTRY_VERIFY(sorting->isVisible());
     QTest::keyClick(sorting, Qt::Key_Down);
     QTest::keyClick(sorting, Qt::Key_Down);

@@ -179,8 +179,8 @@ void VTSettingsTest::settingsOfTheShellKeepTheirStoredValues()
         UserDefaults defaults(path);
         VTAppController::initialize(defaults);
         VTMainWindowServices services = fixture.services();
-        VTMainWindowController controller(
-            { services.store, defaults, services.clock, services.beeper, services.workspace, services.termination });
+        VTMainWindowController controller({ services.store, defaults, services.clock, services.beeper,
+            services.workspace, services.termination, services.alerts, services.fileChooser, services.sounds });
         controller.awakeFromNib();
         Q_EMIT fixture.termination.willTerminate();
     }
@@ -217,8 +217,8 @@ void VTSettingsTest::oddSettingsFileGivesFactoryValues()
     VTAppController::initialize(defaults);
     VTMainWindowServices services = fixture.services();
 
-    VTMainWindowController controller(
-        { services.store, defaults, services.clock, services.beeper, services.workspace, services.termination });
+    VTMainWindowController controller({ services.store, defaults, services.clock, services.beeper, services.workspace,
+        services.termination, services.alerts, services.fileChooser, services.sounds });
     controller.awakeFromNib();
 
     QCOMPARE(controller.taskSortMethod(), 0);
@@ -241,8 +241,8 @@ void VTSettingsTest::unwritableFileDoesNotStopTheEnd()
     UserDefaults defaults(u"/proc/vantle/vantle.conf"_s);
     VTAppController::initialize(defaults);
     VTMainWindowServices services = fixture.services();
-    VTMainWindowController controller(
-        { services.store, defaults, services.clock, services.beeper, services.workspace, services.termination });
+    VTMainWindowController controller({ services.store, defaults, services.clock, services.beeper, services.workspace,
+        services.termination, services.alerts, services.fileChooser, services.sounds });
     controller.awakeFromNib();
 
     Q_EMIT fixture.termination.willTerminate();

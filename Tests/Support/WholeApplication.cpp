@@ -26,8 +26,9 @@ WholeApplication::WholeApplication(const QString &calendars, const QString &home
     : m_defaults(home + u"/vantle.conf"_s)
     , m_appearance(palette)
     , m_store(storeOf(calendars, clock))
-    , m_controller({ { *m_store, m_defaults, clock, m_beeper, m_workspace, m_termination, nullptr }, m_appearance,
-          WindowStateFile(home + u"/window.json"_s) })
+    , m_controller({ { *m_store, m_defaults, clock, m_beeper, m_workspace, m_termination, m_alerts, m_fileChooser,
+                         m_sounds, nullptr },
+          m_appearance, WindowStateFile(home + u"/window.json"_s) })
 {
     m_controller.awakeFromNib();
 }

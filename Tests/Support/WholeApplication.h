@@ -1,8 +1,11 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "FixedAlertSounds.h"
+#include "RecordingAlerts.h"
 #include "RecordingBeeper.h"
 #include "RecordingWorkspace.h"
+#include "ScriptedFileChooser.h"
 
 #include <CalCalendarStore.h>
 #include <DesktopAppearance.h>
@@ -32,6 +35,9 @@ private:
     RecordingBeeper m_beeper;
     RecordingWorkspace m_workspace;
     Termination m_termination;
+    RecordingAlerts m_alerts;
+    ScriptedFileChooser m_fileChooser;
+    FixedAlertSounds m_sounds;
     UserDefaults m_defaults;
     DesktopAppearance m_appearance;
     std::unique_ptr<CalCalendarStore> m_store;
