@@ -684,16 +684,8 @@
         <translation>Es ist bereits wieder da.</translation>
     </message>
     <message>
-        <source>One of several occurrences cannot be removed here.</source>
-        <translation>Ein einzelner von mehreren Terminen kann hier nicht gelöscht werden.</translation>
-    </message>
-    <message>
         <source>An event needs a start and an end.</source>
         <translation>Ein Termin braucht einen Anfang und ein Ende.</translation>
-    </message>
-    <message>
-        <source>A repeating event cannot be changed here.</source>
-        <translation>Ein wiederkehrender Termin kann hier nicht geändert werden.</translation>
     </message>
     <message>
         <source>The calendar already holds an item with the same identifier.</source>
@@ -974,6 +966,14 @@
     <message>
         <source>Undo Delete of “%1”</source>
         <translation>Löschen von „%1“ rückgängig machen</translation>
+    </message>
+    <message>
+        <source>The event does not repeat on that day any more.</source>
+        <translation>Der Termin wiederholt sich an diesem Tag nicht mehr.</translation>
+    </message>
+    <message>
+        <source>The rule by which the event repeats cannot be moved like that.</source>
+        <translation>Die Regel, nach der sich der Termin wiederholt, lässt sich so nicht verschieben.</translation>
     </message>
 </context>
 </TS>

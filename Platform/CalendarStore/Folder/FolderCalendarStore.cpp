@@ -7,6 +7,7 @@
 #include "ItemSaver.h"
 #include "ItemTimes.h"
 #include "RecordMaker.h"
+#include "TwoStepSaver.h"
 
 #include <ZoneRegistry.h>
 
@@ -46,6 +47,7 @@ public:
     Private(Options options, const Clock &clock, FolderStore::FileCalls *calls)
         : synchronizer(std::move(options))
         , files(synchronizer, clock, calls ? *calls : ownCalls)
+        , eventSaver(files, saver, calls ? *calls : ownCalls)
     {
     }
 
@@ -57,6 +59,7 @@ public:
     FolderStore::FileCalls ownCalls;
     FolderStore::ItemFiles files;
     FolderStore::ItemSaver saver { files };
+    FolderStore::TwoStepSaver eventSaver;
     FolderStore::ItemRemover remover { files };
 };
 
@@ -97,6 +100,8 @@ void FolderCalendarStore::open()
 {
     connect(&d->synchronizer, &FolderStore::FolderSynchronizer::changed, this, &FolderCalendarStore::changed);
     connect(&d->synchronizer, &FolderStore::FolderSynchronizer::loaded, this, &FolderCalendarStore::loaded);
+    // Before anything is read, so that nobody sees the first half of a save.
+    d->eventSaver.mendLeftOvers(d->synchronizer.root());
     d->synchronizer.open();
 }
 
@@ -174,7 +179,7 @@ CalTaskList FolderCalendarStore::tasks(TaskState state, const QDateTime &since, 
 
 Result<void, StoreError> FolderCalendarStore::saveEvent(CalEvent &event, CalSpan span)
 {
-    return d->saver.save(event, span);
+    return d->eventSaver.save(event, span);
 }
 
 Result<void, StoreError> FolderCalendarStore::saveTask(CalTask &task)

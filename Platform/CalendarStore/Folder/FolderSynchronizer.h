@@ -42,6 +42,7 @@ public:
     // In the order in which they are shown.
     const std::vector<std::unique_ptr<Collection>> &collections() const { return m_collections; }
     Collection *collection(const QString &uid) const;
+    const QString &root() const { return m_options.root; }
     bool isComplete() const { return m_firstReading.isEmpty(); }
 
     ProblemLog &log() { return m_log; }

@@ -3,7 +3,7 @@
 
 #include "FolderSynchronizer.h"
 #include "ItemExtract.h"
-#include "Limits.h"
+#include "SeriesPatch.h"
 
 #include <CalEvent.h>
 #include <CalTask.h>
@@ -106,13 +106,27 @@ ItemRemover::Outcome ItemRemover::remove(const CalCalendarItemPtr &record, CalSp
     const auto stored = m_files.find(*collection.value(), *record);
     if (!stored)
         return stored.error();
-    if (span == CalSpanThisEvent && stored.value().groupInFile().needsExpansion)
-        return ItemFiles::refusal(*record, Code::Invalid,
-            QCoreApplication::translate("Vantle", "One of several occurrences cannot be removed here."));
-    const auto removed = m_files.takeOut(stored.value(), *record);
+    const bool isOneOfSeries = span == CalSpanThisEvent && stored.value().groupInFile().needsExpansion;
+    const auto removed
+        = isOneOfSeries ? takeOutOccurrence(stored.value(), *record) : m_files.takeOut(stored.value(), *record);
     if (!removed)
         return removed.error();
     return restoration(m_files, *collection.value(), record, removed.value());
+}
+
+// The last occurrence that is left takes the whole series with it.
+Result<RemovedItem, StoreError> ItemRemover::takeOutOccurrence(const StoredItem &stored, const CalCalendarItem &record)
+{
+    const auto without = seriesTextWithoutOccurrence(
+        stored, static_cast<const CalEvent &>(record), m_files.now(), m_files.synchronizer().zones());
+    if (!without)
+        return without.error();
+    if (without.value().isEmpty())
+        return m_files.takeOut(stored, record);
+    const auto written = m_files.replace(stored, without.value(), record);
+    if (!written)
+        return written.error();
+    return RemovedItem { stored.file->fileName(), stored.text, without.value(), 0 };
 }
 
 } // namespace FolderStore

@@ -27,6 +27,9 @@ public:
 private:
     Outcome remove(const CalCalendarItemPtr &record, CalSpan span = CalSpanAllEvents);
 
+    // `record` is an event.
+    Result<RemovedItem, StoreError> takeOutOccurrence(const StoredItem &stored, const CalCalendarItem &record);
+
     ItemFiles &m_files;
 };
 

@@ -5,6 +5,7 @@
 #include "FolderSynchronizer.h"
 #include "ItemExtract.h"
 #include "ItemPatch.h"
+#include "SeriesPatch.h"
 
 #include <CalEvent.h>
 #include <CalTask.h>
@@ -22,12 +23,6 @@ namespace
 {
 
 using Code = StoreError::Code;
-
-// Of characters that are safe in every file system and for every program, and taken by nobody.
-QString newIdentifier()
-{
-    return QUuid::createUuid().toString(QUuid::WithoutBraces);
-}
 
 bool canBeStored(const CalEvent &event)
 {
@@ -51,7 +46,7 @@ void takeStoredValues(CalEvent & /*event*/, const ICalendar::Item & /*item*/) { 
 
 // The record as if it had been read from that file. The group that it comes from is there: it was just written.
 template <typename Record>
-void countAsReadAnew(Record &record, const ItemFiles &files, const Collection &collection, const FileSnapshot &file)
+void countAsRead(Record &record, const ItemFiles &files, const Collection &collection, const FileSnapshot &file)
 {
     if (const auto origin = files.originIn(collection, file, record))
         record.setOrigin(*origin);
@@ -59,6 +54,14 @@ void countAsReadAnew(Record &record, const ItemFiles &files, const Collection &c
         takeStoredValues(record, file.representative(file.groups().at(static_cast<size_t>(*group))));
     renumberAlarms(record);
     record.markAsRead();
+}
+
+template <typename Record> QByteArray textOfNew(const Record &record, const QString &uid, ItemFiles &files)
+{
+    FileContent content;
+    content.bytes = newItemText(record, uid, files.now());
+    const FileSnapshot empty(uid + u".ics"_s, content, files.synchronizer().zones());
+    return patchedText(content.bytes, empty.item(0), record, files.now());
 }
 
 QString noStart()
@@ -82,18 +85,51 @@ Result<void, StoreError> ItemSaver::save(CalTask &task)
     });
 }
 
-Result<void, StoreError> ItemSaver::save(CalEvent &event, CalSpan /*span*/)
+Result<void, StoreError> ItemSaver::save(CalEvent &event, CalSpan span)
 {
     if (!event.origin().isStored())
         return create(event);
-    return change(event, event.calendar(), [this, &event](const StoredItem &stored) -> Result<QByteArray, StoreError> {
-        if (stored.groupInFile().needsExpansion)
-            return ItemFiles::refusal(event, Code::Invalid,
-                QCoreApplication::translate("Vantle", "A repeating event cannot be changed here."));
-        if (!canBeStored(event))
-            return ItemFiles::refusal(event, Code::Invalid, noStart());
-        return patchedText(stored.text, stored.item(), event, m_files.now());
-    });
+    // One occurrence of a series cannot leave the others' calendar.
+    const bool isOneOfSeries = span == CalSpanThisEvent && event.asRead() && event.asRead()->recurrenceRule();
+    const CalCalendarPtr &target = isOneOfSeries ? event.asRead()->calendar() : event.calendar();
+    return change(event, target, [&](const StoredItem &stored) { return changedText(stored, event, span); });
+}
+
+Result<QByteArray, StoreError> ItemSaver::newText(const CalEvent &event, const QString &uid) const
+{
+    if (!canBeStored(event))
+        return ItemFiles::refusal(event, Code::Invalid, noStart());
+    // Also when it has a place already: what is written as new has not been changed yet.
+    CalEvent fresh(event);
+    fresh.setOrigin({});
+    return textOfNew(fresh, uid, m_files);
+}
+
+Result<QByteArray, StoreError> ItemSaver::changedText(
+    const StoredItem &stored, const CalEvent &event, CalSpan span) const
+{
+    if (!canBeStored(event))
+        return ItemFiles::refusal(event, Code::Invalid, noStart());
+    if (stored.groupInFile().needsExpansion && event.asRead())
+        return patchedSeriesText(stored, event, span, m_files.now(), m_files.synchronizer().zones());
+    return patchedText(stored.text, stored.item(), event, m_files.now());
+}
+
+Result<void, StoreError> ItemSaver::moveChanged(
+    CalEvent &event, const StoredItem &stored, const QByteArray &text, Collection &target)
+{
+    return move(event, stored, text, target);
+}
+
+void ItemSaver::countAsReadAnew(CalEvent &event, const Collection &collection, const FileSnapshot &file) const
+{
+    countAsRead(event, m_files, collection, file);
+}
+
+// Of characters that are safe in every file system and for every program, and taken by nobody.
+QString ItemSaver::newIdentifier()
+{
+    return QUuid::createUuid().toString(QUuid::WithoutBraces);
 }
 
 template <typename Record> Result<void, StoreError> ItemSaver::create(Record &record)
@@ -106,11 +142,7 @@ template <typename Record> Result<void, StoreError> ItemSaver::create(Record &re
 
     const QString uid = newIdentifier();
     const QString fileName = uid + u".ics"_s;
-    FileContent content;
-    content.bytes = newItemText(record, uid, m_files.now());
-    const FileSnapshot empty(fileName, content, m_files.synchronizer().zones());
-    const QByteArray text = patchedText(content.bytes, empty.item(0), record, m_files.now());
-    const auto created = m_files.create(*collection.value(), fileName, text, record);
+    const auto created = m_files.create(*collection.value(), fileName, textOfNew(record, uid, m_files), record);
     if (!created)
         return created.error();
 
@@ -118,7 +150,7 @@ template <typename Record> Result<void, StoreError> ItemSaver::create(Record &re
     origin.plainUid = uid;
     origin.resource = fileName;
     record.setOrigin(origin);
-    countAsReadAnew(record, m_files, *collection.value(), *created.value());
+    countAsRead(record, m_files, *collection.value(), *created.value());
     return {};
 }
 
@@ -150,7 +182,7 @@ Result<void, StoreError> ItemSaver::change(Record &record, const CalCalendarPtr 
     const auto written = m_files.replace(stored.value(), changed, record);
     if (!written)
         return written.error();
-    countAsReadAnew(record, m_files, *into.value(), *written.value());
+    countAsRead(record, m_files, *into.value(), *written.value());
     return {};
 }
 
@@ -184,7 +216,7 @@ Result<void, StoreError> ItemSaver::move(
             return removed.error();
         return left.error();
     }
-    countAsReadAnew(record, m_files, target, *created.value());
+    countAsRead(record, m_files, target, *created.value());
     return {};
 }
 

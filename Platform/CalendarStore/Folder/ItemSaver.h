@@ -19,6 +19,15 @@ public:
     Result<void, StoreError> save(CalTask &task);
     Result<void, StoreError> save(CalEvent &event, CalSpan span);
 
+    // What a save consists of, for saves that take more than one step.
+    Result<QByteArray, StoreError> newText(const CalEvent &event, const QString &uid) const;
+    Result<QByteArray, StoreError> changedText(const StoredItem &stored, const CalEvent &event, CalSpan span) const;
+    // `text` is the new text of the stored item's file, of which the item goes into another calendar.
+    Result<void, StoreError> moveChanged(
+        CalEvent &event, const StoredItem &stored, const QByteArray &text, Collection &target);
+    void countAsReadAnew(CalEvent &event, const Collection &collection, const FileSnapshot &file) const;
+    static QString newIdentifier();
+
 private:
     template <typename Record> Result<void, StoreError> create(Record &record);
     // `text` makes the new text of the stored item; `target` is where it belongs from now on.

@@ -6,6 +6,7 @@
 #include "PropertyLine.h"
 #include "RuleMove.h"
 #include "RuleWalker.h"
+#include "ValueTexts.h"
 #include "Values.h"
 
 #include <algorithm>
@@ -22,19 +23,11 @@ QByteArray withValue(const PropertyLine &property, const QByteArray &line, const
     return line.first(line.size() - property.value().size()) + value;
 }
 
-// RFC 5545, section 3.3.6; days only where nothing is left beside them.
-QByteArray durationText(qint64 length)
+// Days only where nothing is left beside them.
+QByteArray lengthText(qint64 length)
 {
-    if (length != 0 && length % secondsPerDay == 0)
-        return 'P' + QByteArray::number(length / secondsPerDay) + 'D';
-    QByteArray text = "PT";
-    if (length >= secondsPerHour)
-        text += QByteArray::number(length / secondsPerHour) + 'H';
-    if (length / secondsPerMinute % 60 != 0 || (length >= secondsPerHour && length % 60 != 0))
-        text += QByteArray::number(length / secondsPerMinute % 60) + 'M';
-    if (length % 60 != 0 || length == 0)
-        text += QByteArray::number(length % 60) + 'S';
-    return text;
+    const bool isDays = length != 0 && length % secondsPerDay == 0;
+    return isDays ? dayDurationText(length / secondsPerDay) : durationText(length);
 }
 
 qint64 lengthOf(const Item &item)
@@ -131,7 +124,7 @@ private:
     void writeEnd(const TimeForm &form, qint64 length, bool isOtherKind)
     {
         if (m_endLine < 0 && m_durationLine >= 0 && length >= 0) {
-            m_edits.replaceLine(static_cast<std::size_t>(m_durationLine), "DURATION:" + durationText(length));
+            m_edits.replaceLine(static_cast<std::size_t>(m_durationLine), "DURATION:" + lengthText(length));
             return;
         }
         TimeForm endForm = form;

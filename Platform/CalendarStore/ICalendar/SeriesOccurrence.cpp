@@ -5,6 +5,7 @@
 #include "LineEdits.h"
 #include "PropertyLine.h"
 #include "TextPatcher.h"
+#include "ValueTexts.h"
 #include "Values.h"
 
 #include <algorithm>
@@ -141,11 +142,6 @@ QByteArrayList contentOf(const SeriesText &series, int index)
     }
     std::ranges::sort(own);
     return own + within;
-}
-
-QByteArray utcText(UtcSeconds instant)
-{
-    return TimeForm::utc().text(instant);
 }
 
 } // namespace

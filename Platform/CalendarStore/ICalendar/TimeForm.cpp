@@ -3,6 +3,7 @@
 
 #include "CivilDate.h"
 #include "PropertyLine.h"
+#include "ValueTexts.h"
 
 #include <QStringBuilder>
 
@@ -20,24 +21,6 @@ QByteArray parameterText(QByteArray value)
     value.replace('^', "^^").replace('\n', "^n").replace('"', "^'");
     const bool needsQuotes = std::ranges::any_of(value, [](char c) { return c == ':' || c == ';' || c == ','; });
     return needsQuotes ? QByteArray('"' + value + '"') : value;
-}
-
-QByteArray padded(qint64 number, int digits)
-{
-    return QByteArray::number(number).rightJustified(digits, '0');
-}
-
-QByteArray dateText(CivilSeconds civil)
-{
-    const YearMonthDay date = yearMonthDay(dayOf(civil));
-    return padded(std::clamp(date.year, 1, 9999), 4) + padded(date.month, 2) + padded(date.day, 2);
-}
-
-QByteArray dateTimeText(CivilSeconds civil)
-{
-    const int time = timeOfDay(civil);
-    return dateText(civil) + 'T' + padded(time / secondsPerHour, 2) + padded(time / secondsPerMinute % 60, 2)
-        + padded(time % 60, 2);
 }
 
 } // namespace
