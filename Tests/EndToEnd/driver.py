@@ -94,6 +94,9 @@ class Element:
         x, y, width, height = self.rectangle
         return x + width // 2, y + height // 2
 
+    def has_active_state(self):
+        return self.has(Atspi.StateType.ACTIVE)
+
     def has(self, state):
         return self.accessible.get_state_set().contains(state)
 
@@ -146,12 +149,15 @@ class Vantle:
                                capture_output=True, text=True, check=False).stdout.split()
         return found[0] if found else None
 
-    def _accessible_window(self):
+    def _accessible_windows(self):
         desktop = Element(Atspi.get_desktop(0))
         for application in desktop.children():
             if application.accessible.get_process_id() == self.process.pid:
-                return next((child for child in application.children() if child.accessible.get_child_count()), None)
-        return None
+                return list(application.children())
+        return []
+
+    def _accessible_window(self):
+        return next((window for window in self._accessible_windows() if window.accessible.get_child_count()), None)
 
     # --- What is on the screen ---
 
@@ -168,6 +174,21 @@ class Vantle:
     def row(self, name, title):
         return next((row for row in self.rows(name) if row.name.startswith(title)), None)
 
+    def open_sheet(self, name):
+        """The sheet of that name while it is open, else nothing."""
+        for window in self._accessible_windows():
+            for element in [window, *window.everything()]:
+                if element.role in ("dialog", "frame", "window") and element.name == name and element.has(
+                        Atspi.StateType.SHOWING):
+                    return element
+        return None
+
+    def sheet(self, name):
+        return eventually(lambda: self.open_sheet(name), what=f"the sheet {name}")
+
+    def wait_until_closed(self, name):
+        eventually(lambda: self.open_sheet(name) is None, what=f"the end of the sheet {name}")
+
     def pixels(self):
         """Width, height and the bytes of red, green and blue of the window."""
         picture = subprocess.run(["import", "-silent", "-window", self.window, "-depth", "8", "ppm:-"],
@@ -183,9 +204,12 @@ class Vantle:
     def press(self, *keys):
         run("xdotool", "key", "--clearmodifiers", *keys)
 
-    def click(self, element, button=1, position=None):
+    def type(self, text):
+        run("xdotool", "type", "--clearmodifiers", text)
+
+    def click(self, element, button=1, position=None, times=1):
         x, y = position or element.centre
-        run("xdotool", "mousemove", "--sync", x, y, "click", button)
+        run("xdotool", "mousemove", "--sync", x, y, "click", "--repeat", times, "--delay", 60, button)
 
     def end(self):
         """Asks the program to end; its exit status."""
