@@ -10,7 +10,7 @@
 
 using namespace Qt::StringLiterals;
 
-Result<std::unique_ptr<CalCalendarStore>> openFolderOfCalendars(const QString &folder, Clock &clock)
+Result<FolderOfCalendars> openFolderOfCalendars(const QString &folder, Clock &clock)
 {
     const QFileInfo place(folder);
     if (!place.isDir() || !place.isReadable() || !place.isExecutable())
@@ -21,7 +21,8 @@ Result<std::unique_ptr<CalCalendarStore>> openFolderOfCalendars(const QString &f
     options.watchesForChanges = false;
     std::vector<std::unique_ptr<CalendarStoreBackend>> backends;
     backends.push_back(std::make_unique<FolderCalendarStore>(options, clock));
-    return std::make_unique<CalCalendarStore>(std::move(backends));
+    const CalendarStoreBackend *const backend = backends.front().get();
+    return FolderOfCalendars { std::make_unique<CalCalendarStore>(std::move(backends)), backend };
 }
 
 void printLine(std::FILE *stream, const QString &text)

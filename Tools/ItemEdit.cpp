@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "ItemEdit.h"
 
+#include "FolderOfCalendars.h"
 #include "ItemFinder.h"
 
 #include <CalCalendarStore.h>
@@ -126,15 +127,14 @@ Result<void> editEvent(CalCalendarStore &store, const CalEventPtr &event, const 
 
 } // namespace
 
-Result<void> edit(CalCalendarStore &store, const EditOptions &options, const QDateTime &now)
+Result<void> edit(const FolderOfCalendars &folder, const EditOptions &options, const QDateTime &now)
 {
-    const bool isOfTask = options.action == Action::Tick || options.action == Action::Untick || options.field == u"due"
-        || options.field == u"priority";
-    const CalEventPtr event = isOfTask ? nullptr : eventNamed(store, options.uid, options.occurrence, now);
-    if (event)
-        return editEvent(store, event, options);
-    const CalTaskPtr task = options.occurrence ? nullptr : taskNamed(store, options.uid);
+    const CalTaskPtr task = options.occurrence ? nullptr : taskNamed(folder, options.uid);
     if (task)
-        return editTask(store, task, options);
+        return editTask(*folder.store, task, options);
+    const bool isOfTask = options.action == Action::Tick || options.action == Action::Untick;
+    const CalEventPtr event = isOfTask ? nullptr : eventNamed(folder, options.uid, options.occurrence, now);
+    if (event)
+        return editEvent(*folder.store, event, options);
     return Error { u"There is no such item: “%1”."_s.arg(options.uid) };
 }

@@ -5,7 +5,7 @@
 
 #include <Result.h>
 
-class CalCalendarStore;
+struct FolderOfCalendars;
 
 // Makes the one change that is asked for, or says, as the window would, why not.
-Result<void> edit(CalCalendarStore &store, const EditOptions &options, const QDateTime &now);
+Result<void> edit(const FolderOfCalendars &folder, const EditOptions &options, const QDateTime &now);

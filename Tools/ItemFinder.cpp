@@ -1,7 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "ItemFinder.h"
 
+#include "FolderOfCalendars.h"
+
 #include <CalCalendarStore.h>
+#include <CalendarStoreBackend.h>
 
 #include <algorithm>
 #include <array>
@@ -14,10 +17,19 @@ namespace
 // How far from where an event probably is it is looked for, in years: most are near.
 constexpr std::array searchedYears { 1, 10, 100, 3000 };
 
-CalEventList eventsNamed(const CalCalendarStore &store, const QString &uid, const QDateTime &from, const QDateTime &to)
+// Those alone that hold such an item: looking far through all others takes its time.
+CalCalendarList calendarsWith(const FolderOfCalendars &folder, const QString &uid)
 {
-    CalEventList events = store.eventsWithPredicate(
-        CalCalendarStore::eventPredicateWithStartDate_endDate_calendars(from, to, store.calendars()));
+    CalCalendarList calendars = folder.store->calendars();
+    calendars.removeIf([&](const CalCalendarPtr &calendar) { return !folder.backend->holdsUid(calendar->uid(), uid); });
+    return calendars;
+}
+
+CalEventList eventsNamed(
+    const FolderOfCalendars &folder, const QString &uid, const QDateTime &from, const QDateTime &to)
+{
+    CalEventList events = folder.store->eventsWithPredicate(
+        CalCalendarStore::eventPredicateWithStartDate_endDate_calendars(from, to, calendarsWith(folder, uid)));
     events.removeIf([&uid](const CalEventPtr &event) { return event->origin().plainUid != uid; });
     return events;
 }
@@ -29,14 +41,14 @@ QStringList recurrenceIds(const EditOptions::Moment &occurrence)
         occurrence.instant.toUTC().toString(u"yyyyMMdd'T'HHmmss'Z'"_s) };
 }
 
-CalEventPtr occurrenceNamed(const CalCalendarStore &store, const QString &uid, const EditOptions::Moment &occurrence)
+CalEventPtr occurrenceNamed(const FolderOfCalendars &folder, const QString &uid, const EditOptions::Moment &occurrence)
 {
     QStringList ids = recurrenceIds(occurrence);
     if (!occurrence.isDay)
         ids.removeFirst();
     for (const int years : searchedYears) {
         const CalEventList events
-            = eventsNamed(store, uid, occurrence.instant.addYears(-years), occurrence.instant.addYears(years));
+            = eventsNamed(folder, uid, occurrence.instant.addYears(-years), occurrence.instant.addYears(years));
         const auto found = std::ranges::find_if(
             events, [&ids](const CalEventPtr &event) { return ids.contains(event->origin().recurrenceId); });
         if (found != events.end())
@@ -47,28 +59,29 @@ CalEventPtr occurrenceNamed(const CalCalendarStore &store, const QString &uid, c
 
 } // namespace
 
-CalTaskPtr taskNamed(const CalCalendarStore &store, const QString &uid)
+CalTaskPtr taskNamed(const FolderOfCalendars &folder, const QString &uid)
 {
-    const CalTaskList tasks = store.tasksWithPredicate(CalCalendarStore::taskPredicateWithCalendars(store.calendars()));
+    const CalTaskList tasks
+        = folder.store->tasksWithPredicate(CalCalendarStore::taskPredicateWithCalendars(calendarsWith(folder, uid)));
     const auto found
         = std::ranges::find_if(tasks, [&uid](const CalTaskPtr &task) { return task->origin().plainUid == uid; });
     return found == tasks.end() ? nullptr : *found;
 }
 
-CalEventPtr eventNamed(const CalCalendarStore &store, const QString &uid,
+CalEventPtr eventNamed(const FolderOfCalendars &folder, const QString &uid,
     const std::optional<EditOptions::Moment> &occurrence, const QDateTime &now)
 {
     if (occurrence)
-        return occurrenceNamed(store, uid, *occurrence);
+        return occurrenceNamed(folder, uid, *occurrence);
     for (const int years : searchedYears) {
-        const CalEventList near = eventsNamed(store, uid, now.addYears(-years), now.addYears(years));
+        const CalEventList near = eventsNamed(folder, uid, now.addYears(-years), now.addYears(years));
         if (near.isEmpty())
             continue;
         if (!near.constFirst()->recurrenceRule())
             return near.constFirst();
         // A series may have begun long before.
         const CalEventList all
-            = eventsNamed(store, uid, now.addYears(-searchedYears.back()), near.constFirst()->startDate());
+            = eventsNamed(folder, uid, now.addYears(-searchedYears.back()), near.constFirst()->startDate());
         return all.isEmpty() ? near.constFirst() : all.constFirst();
     }
     return nullptr;

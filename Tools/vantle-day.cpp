@@ -38,14 +38,14 @@ int main(int argc, char **argv)
     }
 
     SystemClock clock;
-    const auto store = openFolderOfCalendars(options.value().folder, clock);
-    if (!store) {
-        printLine(stderr, u"vantle-day: " + store.error().message);
+    const auto folder = openFolderOfCalendars(options.value().folder, clock);
+    if (!folder) {
+        printLine(stderr, u"vantle-day: " + folder.error().message);
         return exitUnreadable;
     }
     const VTDayQuestion &question = options.value().question;
-    const QByteArray json = dayJson(VTEventsOfDay(*store.value(), question),
-        VTSortedTasks(VTTasksOfDay(*store.value(), question), options.value().sortMethod));
+    const QByteArray json = dayJson(VTEventsOfDay(*folder.value().store, question),
+        VTSortedTasks(VTTasksOfDay(*folder.value().store, question), options.value().sortMethod));
     std::fwrite(json.constData(), 1, static_cast<size_t>(json.size()), stdout);
     return 0;
 }

@@ -37,12 +37,12 @@ int main(int argc, char **argv)
         return exitWrongUse;
     }
     SystemClock clock;
-    const auto store = openFolderOfCalendars(options.value().folder, clock);
-    if (!store) {
-        printLine(stderr, u"vantle-edit: " + store.error().message);
+    const auto folder = openFolderOfCalendars(options.value().folder, clock);
+    if (!folder) {
+        printLine(stderr, u"vantle-edit: " + folder.error().message);
         return exitRefused;
     }
-    if (const auto edited = edit(*store.value(), options.value(), clock.now()); !edited) {
+    if (const auto edited = edit(folder.value(), options.value(), clock.now()); !edited) {
         printLine(stderr, edited.error().message);
         return exitRefused;
     }

@@ -235,7 +235,7 @@ FileSnapshotPtr ItemFiles::takeIn(Collection &collection, const QString &fileNam
     after.bytes = content;
     if (const auto state = stateOfRegularFile(collection.pathOf(fileName)))
         after.state = state.value();
-    const auto snapshot = std::make_shared<const FileSnapshot>(fileName, after, m_synchronizer.zones());
+    auto snapshot = std::make_shared<const FileSnapshot>(fileName, after, m_synchronizer.zones());
     m_synchronizer.takeOwn(collection, snapshot);
     return snapshot;
 }

@@ -54,7 +54,7 @@ TimeValue zonedValue(const ICalendar::Zone &zone, const QByteArray &tzid, ICalen
 
 TimeValue localTimeValue(TextPatcher &patcher, int component, ICalendar::UtcSeconds instant)
 {
-    const TimeValue inUtc { ICalendar::utcText(instant), {} };
+    TimeValue inUtc { ICalendar::utcText(instant), {} };
     const QByteArray name = ICalendar::ZoneRegistry::localZoneName();
     const int calendar = patcher.componentAround(component, "VCALENDAR");
     if (calendar < 0 || name.isEmpty() || name == "UTC" || name == "Etc/UTC")

@@ -239,6 +239,8 @@ QByteArray escapedText(const QString &text)
             result += c;
         } else if (c == u'\r' && i + 1 < text.size() && text[i + 1] == u'\n') {
             continue;
+        } else if (c.isNull()) {
+            continue; // RFC 5545, section 3.1, and many a reader, cannot have it
         } else if (c == u'\n' || c == u'\r') {
             result += QStringLiteral("\\n");
         } else {

@@ -190,6 +190,7 @@ void ItemCreationTest::aHostileTitleNamesNoFile()
 
     QCOMPARE(items.newNames().size(), 1);
     QVERIFY(QRegularExpression(u"^[0-9a-f-]{36}\\.ics$"_s).match(items.newNames().constFirst()).hasMatch());
+    QVERIFY(!items.newText().contains('\0'));
     QCOMPARE(QDir(items.folder.root()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot), QStringList { u"Home"_s });
     QCOMPARE(eventsOn(*items.folder.openWithoutWatching(), QDate(2026, 3, 11)).size(), 1);
     QCOMPARE(items.folder.read(u"Home/old.ics"_s), calendarText(taskText("old", "Old")));
