@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "VTRowTemplate.h"
+#include "VTDetailStack.h"
 
 #include <optional>
 
@@ -12,13 +12,6 @@ struct VTEventRowContent {
     bool hasAttendees = false; // an empty list counts; the matrix is then sized to its cells
     bool hasLocation = false;
     std::optional<float> titleHeight = {}; // absent without a title
-};
-
-struct VTRowLayout {
-    VTRowFrames frames; // y growing upwards; the details' count from the bottom of the selected row
-    float stackTop = 0; // the top of the detail stack, from the bottom
-    float selectedHeight = 0;
-    float unselectedHeight = 0;
 };
 
 // The event row's arithmetic, in the given order and precision: sums in 64 bits,

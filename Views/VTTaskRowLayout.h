@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "VTEventRowLayout.h"
+#include "VTDetailStack.h"
+
+#include <optional>
 
 // What of a to-do decides the layout of its row. Heights are what the texts need.
 struct VTTaskRowContent {

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "TestRegistry.h"
 
+#include <VTEventRowLayout.h>
 #include <VTTaskRowLayout.h>
 
 #include <QTest>
