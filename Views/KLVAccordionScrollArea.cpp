@@ -2,13 +2,16 @@
 #include "KLVAccordionScrollArea.h"
 
 #include "KLVAccordionView.h"
+#include "KLVDrawings.h"
 #include "KLVSlimScrollBar.h"
 #include "KLVTheme.h"
+#include "KLVView.h"
 
 #include <QApplication>
 #include <QPaintEvent>
 #include <QPainter>
 #include <QScrollBar>
+#include <QStyle>
 
 namespace
 {
@@ -52,6 +55,8 @@ KLVAccordionScrollArea::KLVAccordionScrollArea(KLVAccordionView *accordion, QWid
     connect(verticalScrollBar(), &QScrollBar::valueChanged, this, &KLVAccordionScrollArea::updateBar);
     connect(m_bar, &QScrollBar::valueChanged, verticalScrollBar(), &QScrollBar::setValue);
     connect(qApp, &QApplication::focusChanged, this, &KLVAccordionScrollArea::updateFocusFrame);
+    // The ring of a selected row is always whole.
+    m_bar->setCover([this] { return ringsOverBar(); });
     updateBar();
     updateFocusFrame();
 }
@@ -88,8 +93,10 @@ bool KLVAccordionScrollArea::focusNextPrevChild(bool next)
 void KLVAccordionScrollArea::placeOverlays()
 {
     const QRect area = viewport()->geometry();
-    m_bar->setGeometry(area.right() + 1 - KLVSlimScrollBar::barWidth, area.top() + 1, KLVSlimScrollBar::barWidth,
-        std::max(0, area.height() - 2));
+    constexpr int ring = 2; // the handle is clear of the line at the row's edge
+    const int width = KLVSlimScrollBar::barWidth;
+    const QRect bar(area.right() + 1 - ring - width, area.top() + 1, width, std::max(0, area.height() - 2));
+    m_bar->setGeometry(QStyle::visualRect(layoutDirection(), area, bar));
     m_bar->raise();
     m_focusFrame->setGeometry(area);
     m_focusFrame->raise();
@@ -103,6 +110,19 @@ void KLVAccordionScrollArea::updateBar()
     m_bar->setSingleStep(model->singleStep());
     m_bar->setValue(model->value());
     m_bar->setVisible(model->maximum() > model->minimum());
+}
+
+QPainterPath KLVAccordionScrollArea::ringsOverBar() const
+{
+    QPainterPath rings;
+    if (!m_accordion)
+        return rings;
+    const QPointF offset = m_bar->mapFromGlobal(m_accordion->mapToGlobal(QPoint(0, 0)));
+    for (const KLVAccordionViewItemPtr &item : m_accordion->accordionViewItems()) {
+        if (item->isSelected() && item->view())
+            rings.addPath(KLVDrawings::selectedRing(item->view()->frame()).translated(offset));
+    }
+    return rings;
 }
 
 void KLVAccordionScrollArea::updateFocusFrame()

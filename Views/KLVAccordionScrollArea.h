@@ -1,17 +1,19 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <QPainterPath>
 #include <QPointer>
 #include <QScrollArea>
 
 class KLVAccordionView;
-class QScrollBar;
+class KLVSlimScrollBar;
 
 // The scroll area of one accordion.
 //
 // The accordion always has the viewport's width. A slim scroll bar lies over
-// the right margin of the rows, which is kept free for it, so nothing moves when it
-// comes or goes. While the accordion has the keyboard, a hairline in the accent
+// the margin of the rows at the end of the lines, which is kept free for it, so
+// nothing moves when it comes or goes; it runs inside the ring of a selected row
+// and under it. While the accordion has the keyboard, a hairline in the accent
 // colour runs around the list.
 class KLVAccordionScrollArea final : public QScrollArea
 {
@@ -32,9 +34,10 @@ protected:
 private:
     void placeOverlays();
     void updateBar();
+    QPainterPath ringsOverBar() const;
     void updateFocusFrame();
 
     QPointer<KLVAccordionView> m_accordion;
-    QScrollBar *m_bar;
+    KLVSlimScrollBar *m_bar;
     QWidget *m_focusFrame;
 };

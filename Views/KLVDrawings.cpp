@@ -10,6 +10,20 @@
 
 using namespace Qt::StringLiterals;
 
+namespace
+{
+
+constexpr double selectedRadius = 9.0;
+constexpr double selectedLineWidth = 3.0;
+
+QRectF selectedRectangle(const QRectF &frame)
+{
+    constexpr double inset = 2.0;
+    return frame.adjusted(inset, inset, -inset, -inset);
+}
+
+} // namespace
+
 QFont KLVDrawings::placeholderFont(const QFont &personsFont)
 {
     // Where there is no Helvetica the desktop would put any face in its place; the person's own is better.
@@ -37,12 +51,18 @@ void KLVDrawings::drawPlaceholder(
     painter.restore();
 }
 
+QPainterPath KLVDrawings::selectedRing(const QRectF &frame)
+{
+    QPainterPath line;
+    line.addRoundedRect(selectedRectangle(frame), selectedRadius, selectedRadius);
+    QPainterPathStroker pen;
+    pen.setWidth(selectedLineWidth);
+    return pen.createStroke(line);
+}
+
 void KLVDrawings::drawSelectedBackground(QPainter &painter, const QRectF &frame, const QColor &color)
 {
-    constexpr double inset = 2.0;
-    constexpr double radius = 9.0;
-    constexpr double lineWidth = 3.0;
-    const QRectF rect = frame.adjusted(inset, inset, -inset, -inset);
+    const QRectF rect = selectedRectangle(frame);
     QColor fill = color;
     fill.setAlphaF(static_cast<float>(selectedBackgroundAlpha));
 
@@ -50,10 +70,10 @@ void KLVDrawings::drawSelectedBackground(QPainter &painter, const QRectF &frame,
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(Qt::NoPen);
     painter.setBrush(fill);
-    painter.drawRoundedRect(rect, radius, radius);
-    painter.setPen(QPen(color, lineWidth));
+    painter.drawRoundedRect(rect, selectedRadius, selectedRadius);
+    painter.setPen(QPen(color, selectedLineWidth));
     painter.setBrush(Qt::NoBrush);
-    painter.drawRoundedRect(rect, radius, radius);
+    painter.drawRoundedRect(rect, selectedRadius, selectedRadius);
     painter.restore();
 }
 

@@ -3,6 +3,7 @@
 
 #include <QColor>
 #include <QFont>
+#include <QPainterPath>
 #include <QRectF>
 #include <QString>
 
@@ -21,6 +22,8 @@ void drawPlaceholder(
     QPainter &painter, const KLVTheme &theme, const QString &text, const QRectF &frame, const QFont &personsFont);
 QFont placeholderFont(const QFont &personsFont);
 
+// The line around a selected row in that frame, as a shape.
+QPainterPath selectedRing(const QRectF &frame);
 // A rounded rectangle 2 points inside the frame: the colour at 0.15, and a line of 3 points around it.
 void drawSelectedBackground(QPainter &painter, const QRectF &frame, const QColor &color);
 

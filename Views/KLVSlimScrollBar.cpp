@@ -26,5 +26,10 @@ void KLVSlimScrollBar::paintEvent(QPaintEvent * /*event*/)
     const QRectF slot = style()->subControlRect(QStyle::CC_ScrollBar, &option, QStyle::SC_ScrollBarSlider, this);
     const QRectF handle(0, slot.y(), width(), slot.height());
     QPainter painter(this);
+    if (m_cover) {
+        QPainterPath whole;
+        whole.addRect(rect());
+        painter.setClipPath(whole.subtracted(m_cover()));
+    }
     KLVDrawings::drawScrollHandle(painter, KLVTheme(palette()), handle, Qt::Vertical, underMouse() || isSliderDown());
 }
