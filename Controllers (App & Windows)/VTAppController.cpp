@@ -62,8 +62,10 @@ void VTAppController::dressApplication()
     const auto dress = [this] {
         const DesktopAppearance &appearance = m_services.appearance;
         const QColor accent = appearance.accent().value_or(QColor());
-        QApplication::setPalette(appearance.colorScheme() == ColorScheme::Dark ? KLVTheme::darkPalette(accent)
-                                                                               : KLVTheme::lightPalette(accent));
+        const bool isDark = appearance.colorScheme() == ColorScheme::Dark;
+        QApplication::setPalette(appearance.prefersHighContrast() ? KLVTheme::highContrastPalette(isDark, accent)
+                : isDark                                          ? KLVTheme::darkPalette(accent)
+                                                                  : KLVTheme::lightPalette(accent));
     };
     connect(&m_services.appearance, &DesktopAppearance::changed, this, dress);
     dress();

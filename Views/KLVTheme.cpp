@@ -7,6 +7,8 @@ namespace
 {
 
 constexpr double minimumTextContrast = 4.5;
+constexpr double highTextContrast = 7.0;
+constexpr double contrastOfBlackAndWhite = 20.9;
 constexpr double minimumBadgeContrast = 4.0;
 
 double linear(double channel)
@@ -25,6 +27,23 @@ struct Roles {
 
 constexpr Roles lightRoles { 0xfff6f7f9, 0xffffffff, 0xffedf3fe, 0xffffffff, 0xff1d2025, 0xff6b7280, 0xff2f6fde };
 constexpr Roles darkRoles { 0xff26282c, 0xff1e2023, 0xff232a37, 0xff33363b, 0xffe8eaed, 0xff9aa0a8, 0xff6ea1ff };
+
+constexpr QRgb black = 0xff000000;
+constexpr QRgb white = 0xffffffff;
+
+// Away from the background, just as far as the contrast wants.
+QColor moved(const QColor &color, const QColor &background, double wanted)
+{
+    const QColor goal = luminance(background) < 0.18 ? QColor(Qt::white) : QColor(Qt::black);
+    constexpr int steps = 20;
+    for (int step = 0; step < steps; ++step) {
+        const double share = static_cast<double>(step) / steps;
+        const QColor candidate = KLVTheme::blended(goal, share, color); // NOLINT(readability-suspicious-call-argument)
+        if (KLVTheme::contrast(candidate, background) >= wanted)
+            return candidate;
+    }
+    return goal;
+}
 
 QPalette paletteOf(const Roles &roles, const QColor &accent)
 {
@@ -51,6 +70,9 @@ QPalette paletteOf(const Roles &roles, const QColor &accent)
 KLVTheme::KLVTheme(const QPalette &palette)
     : m_palette(palette)
     , m_isDark(palette.color(QPalette::Window).lightnessF() < 0.5F)
+    , m_isHighContrast(contrast(palette.color(QPalette::Active, QPalette::WindowText),
+                           palette.color(QPalette::Active, QPalette::Window))
+          >= contrastOfBlackAndWhite)
 {
 }
 
@@ -64,18 +86,32 @@ QPalette KLVTheme::darkPalette(const QColor &accent)
     return paletteOf(darkRoles, accent);
 }
 
+QPalette KLVTheme::highContrastPalette(bool isDark, const QColor &accent)
+{
+    Roles roles = isDark ? Roles { black, black, 0xff101010, black, white, 0xffd0d0d0, 0xff9cc1ff }
+                         : Roles { white, white, 0xfff0f0f0, white, black, 0xff404040, 0xff003a9e };
+    const QColor wanted = accent.isValid() ? accent : QColor(roles.accent);
+    return paletteOf(roles, moved(wanted, QColor(roles.base), highTextContrast));
+}
+
 QColor KLVTheme::dimText() const
 {
+    if (m_isHighContrast)
+        return readable(QColor(m_isDark ? 0xffd0d0d0 : 0xff404040), base());
     return readable(QColor(m_isDark ? darkRoles.dim : lightRoles.dim), base());
 }
 
 QColor KLVTheme::hairline() const
 {
+    if (m_isHighContrast)
+        return text();
     return m_isDark ? QColor(0x3a, 0x3d, 0x43) : QColor(0xd9, 0xdd, 0xe3);
 }
 
 QColor KLVTheme::controlLine() const
 {
+    if (m_isHighContrast)
+        return text();
     return m_isDark ? QColor(0x4a, 0x4e, 0x55) : QColor(0xc9, 0xce, 0xd6);
 }
 
@@ -101,15 +137,7 @@ QColor KLVTheme::surface(const QColor &lightColor) const
 
 QColor KLVTheme::readable(const QColor &color, const QColor &background) const
 {
-    const QColor goal = luminance(background) < 0.18 ? QColor(Qt::white) : QColor(Qt::black);
-    constexpr int steps = 20;
-    for (int step = 0; step < steps; ++step) {
-        const double share = static_cast<double>(step) / steps;
-        const QColor candidate = blended(goal, share, color); // NOLINT(readability-suspicious-call-argument)
-        if (contrast(candidate, background) >= minimumTextContrast)
-            return candidate;
-    }
-    return goal;
+    return moved(color, background, m_isHighContrast ? highTextContrast : minimumTextContrast);
 }
 
 QColor KLVTheme::textOnBadge(const QColor &badge)

@@ -18,7 +18,12 @@ public:
     static QPalette lightPalette(const QColor &accent = {});
     static QPalette darkPalette(const QColor &accent = {});
 
+    // The same for people who asked for high contrast: black and white, and lines in the colour of the text.
+    static QPalette highContrastPalette(bool isDark, const QColor &accent = {});
+
     bool isDark() const { return m_isDark; }
+    // Whether the palette is one of pure black and white.
+    bool isHighContrast() const { return m_isHighContrast; }
     QColor window() const { return m_palette.color(QPalette::Window); }
     QColor base() const { return m_palette.color(QPalette::Base); }
     QColor text() const { return m_palette.color(QPalette::Text); }
@@ -42,4 +47,5 @@ public:
 private:
     QPalette m_palette;
     bool m_isDark;
+    bool m_isHighContrast;
 };

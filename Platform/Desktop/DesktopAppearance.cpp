@@ -6,6 +6,7 @@
 #include <QDBusMessage>
 #include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>
+#include <QDBusServiceWatcher>
 #include <QDBusVariant>
 #include <QPalette>
 
@@ -20,13 +21,26 @@ const QString settingsInterface = u"org.freedesktop.portal.Settings"_s;
 const QString appearanceNamespace = u"org.freedesktop.appearance"_s;
 const QString schemeKey = u"color-scheme"_s;
 const QString accentKey = u"accent-color"_s;
+const QString contrastKey = u"contrast"_s;
 
 constexpr uint prefersDark = 1;
 constexpr uint prefersLight = 2;
+constexpr uint prefersHigherContrast = 1;
 
 bool isDark(const QColor &color)
 {
     return color.lightnessF() < 0.5;
+}
+
+bool isBlackAndWhite(const QPalette &palette)
+{
+    const auto isPure = [](const QColor &color) {
+        const QColor plain = color.toRgb();
+        return plain == QColor(Qt::black) || plain == QColor(Qt::white);
+    };
+    const QColor window = palette.color(QPalette::Active, QPalette::Window);
+    const QColor text = palette.color(QPalette::Active, QPalette::WindowText);
+    return isPure(window) && isPure(text) && window.toRgb() != text.toRgb();
 }
 
 // Some portals wrap the value of Read() once more than they should.
@@ -62,6 +76,7 @@ std::optional<QColor> colorFromPortal(const QVariant &value)
 DesktopAppearance::DesktopAppearance(const QPalette &platformPalette, QObject *parent)
     : QObject(parent)
     , m_platformScheme(isDark(platformPalette.color(QPalette::Window)) ? ColorScheme::Dark : ColorScheme::Light)
+    , m_platformHasHighContrast(isBlackAndWhite(platformPalette))
 {
 }
 
@@ -78,8 +93,15 @@ void DesktopAppearance::followPortal()
 
     bus.connect(
         portalService, portalPath, settingsInterface, u"SettingChanged"_s, this, SLOT(settingChanged(QDBusMessage)));
-    ask(schemeKey);
-    ask(accentKey);
+    auto *watcher = new QDBusServiceWatcher(portalService, bus, QDBusServiceWatcher::WatchForRegistration, this);
+    connect(watcher, &QDBusServiceWatcher::serviceRegistered, this, &DesktopAppearance::askForAll);
+    askForAll();
+}
+
+void DesktopAppearance::askForAll()
+{
+    for (const QString &key : { schemeKey, accentKey, contrastKey })
+        ask(key);
 }
 
 void DesktopAppearance::ask(const QString &key)
@@ -113,6 +135,11 @@ void DesktopAppearance::take(const QString &key, const QVariant &value)
             m_wish = ColorScheme::Dark;
         else if (number == prefersLight)
             m_wish = ColorScheme::Light;
+        Q_EMIT changed();
+    } else if (key == contrastKey) {
+        m_contrastWish.reset();
+        if (plain.toUInt() == prefersHigherContrast)
+            m_contrastWish = true;
         Q_EMIT changed();
     } else if (key == accentKey) {
         m_accent = colorFromPortal(plain);

@@ -11,8 +11,9 @@ class QPalette;
 
 enum class ColorScheme { Light, Dark };
 
-// The desktop's wish for dark or light and its accent colour, from the portal's
-// settings (org.freedesktop.appearance), and every change of them.
+// The desktop's wish for dark or light and for high contrast, and its accent
+// colour, from the portal's settings (org.freedesktop.appearance), and every
+// change of them.
 //
 // Asks without waiting. Until the portal has answered, and on a desktop
 // without one, what the platform's palette shows counts.
@@ -24,10 +25,13 @@ public:
     explicit DesktopAppearance(const QPalette &platformPalette, QObject *parent = nullptr);
 
     ColorScheme colorScheme() const;
+    // A platform's palette of pure black and white counts as such a wish.
+    bool prefersHighContrast() const { return m_contrastWish.value_or(m_platformHasHighContrast); }
     // Absent when the desktop names none.
     std::optional<QColor> accent() const { return m_accent; }
 
-    // Connects to the portal and asks for both values; the answers come as changes.
+    // Connects to the portal and asks for all values; the answers come as changes. A portal that starts
+    // again later is asked again.
     void followPortal();
 
 Q_SIGNALS:
@@ -37,10 +41,13 @@ private Q_SLOTS:
     void settingChanged(const QDBusMessage &signal);
 
 private:
+    void askForAll();
     void ask(const QString &key);
     void take(const QString &key, const QVariant &value);
 
     ColorScheme m_platformScheme;
+    bool m_platformHasHighContrast;
     std::optional<ColorScheme> m_wish; // absent: the desktop has no preference
+    std::optional<bool> m_contrastWish;
     std::optional<QColor> m_accent;
 };

@@ -14,6 +14,8 @@ private Q_SLOTS:
     void givenLightColourHasADarkCounterpart();
     void textIsReadableOnEveryTint_data();
     void textIsReadableOnEveryTint();
+    void highContrastIsBlackAndWhite_data();
+    void highContrastIsBlackAndWhite();
     void badgeTextIsWhiteOnlyWhereItCanBeRead();
 };
 
@@ -55,6 +57,33 @@ void KLVThemeTest::textIsReadableOnEveryTint()
 
     for (const QColor &color : { theme.text(), theme.dimText(), theme.accent(), theme.overdue() })
         QVERIFY(KLVTheme::contrast(theme.readable(color, background), background) >= 4.5);
+}
+
+void KLVThemeTest::highContrastIsBlackAndWhite_data()
+{
+    QTest::addColumn<bool>("isDark");
+    QTest::addColumn<QColor>("accent");
+    for (const bool isDark : { false, true }) {
+        QTest::addRow("%s, own accent", isDark ? "dark" : "light") << isDark << QColor();
+        QTest::addRow("%s, yellow accent", isDark ? "dark" : "light") << isDark << QColor(Qt::yellow);
+    }
+}
+
+void KLVThemeTest::highContrastIsBlackAndWhite()
+{
+    QFETCH(bool, isDark);
+    QFETCH(QColor, accent);
+
+    const KLVTheme theme(KLVTheme::highContrastPalette(isDark, accent));
+
+    QVERIFY(theme.isHighContrast());
+    QCOMPARE(theme.isDark(), isDark);
+    QCOMPARE(theme.hairline(), theme.text());
+    QCOMPARE(theme.controlLine(), theme.text());
+    for (const QColor &color :
+        { theme.text(), theme.dimText(), theme.accent(), theme.readable(Qt::gray, theme.base()) })
+        QVERIFY(KLVTheme::contrast(color, theme.base()) >= 7.0);
+    QVERIFY(!KLVTheme(isDark ? KLVTheme::darkPalette() : KLVTheme::lightPalette()).isHighContrast());
 }
 
 void KLVThemeTest::badgeTextIsWhiteOnlyWhereItCanBeRead()

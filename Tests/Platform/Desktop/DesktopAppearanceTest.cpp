@@ -99,6 +99,9 @@ private Q_SLOTS:
     void changeInTheDesktopIsFollowed();
     void noPreferenceFallsBackToThePalette();
     void accentOutsideTheRangeMeansNone();
+    void wishForContrastIsFollowed();
+    void blackAndWhitePaletteCountsAsAWishForContrast();
+    void portalThatComesLaterIsAsked();
     void oddValuesAreIgnored();
 
 private:
@@ -200,6 +203,43 @@ void DesktopAppearanceTest::accentOutsideTheRangeMeansNone()
     m_portal.change(u"accent-color"_s, QVariant::fromValue(PortalColor { -1, 2, 0 }));
 
     QTRY_VERIFY(!appearance.accent().has_value());
+}
+
+void DesktopAppearanceTest::wishForContrastIsFollowed()
+{
+    m_portal.values.insert(u"contrast"_s, 1U);
+    DesktopAppearance appearance(paletteWithWindow(QColor(0xef, 0xef, 0xef)));
+    QVERIFY(!appearance.prefersHighContrast());
+    appearance.followPortal();
+    QTRY_VERIFY(appearance.prefersHighContrast());
+
+    m_portal.change(u"contrast"_s, 0U);
+
+    QTRY_VERIFY(!appearance.prefersHighContrast());
+}
+
+void DesktopAppearanceTest::blackAndWhitePaletteCountsAsAWishForContrast()
+{
+    QPalette palette;
+    palette.setColor(QPalette::Window, Qt::black);
+    palette.setColor(QPalette::WindowText, Qt::white);
+
+    QVERIFY(DesktopAppearance(palette).prefersHighContrast());
+    palette.setColor(QPalette::Window, QColor(0x20, 0x20, 0x20));
+    QVERIFY(!DesktopAppearance(palette).prefersHighContrast());
+}
+
+void DesktopAppearanceTest::portalThatComesLaterIsAsked()
+{
+    QDBusConnection bus = FakePortal::connection();
+    QVERIFY(bus.unregisterService(u"org.freedesktop.portal.Desktop"_s));
+    DesktopAppearance appearance(paletteWithWindow(QColor(0xef, 0xef, 0xef)));
+    appearance.followPortal();
+    m_portal.values.insert(u"color-scheme"_s, 1U);
+
+    QVERIFY(bus.registerService(u"org.freedesktop.portal.Desktop"_s));
+
+    QTRY_COMPARE(appearance.colorScheme(), ColorScheme::Dark);
 }
 
 void DesktopAppearanceTest::oddValuesAreIgnored()
