@@ -26,6 +26,8 @@ void KLVAccordionView::drawRect(QPainter &painter, const QRectF &dirtyRect)
     }
 
     const KLVTheme theme(palette());
+    // Each text is written in its own direction, wherever the person's lines begin.
+    painter.setLayoutDirection(Qt::LayoutDirectionAuto);
     for (qsizetype index = 0; index < m_accordionViewItems.size(); ++index) {
         const KLVAccordionViewItemPtr item = m_accordionViewItems.at(index);
         const RowBackground background = backgroundOfRow(index);

@@ -312,7 +312,8 @@ bool KLVAccordionView::event(QEvent *event)
 
 void KLVAccordionView::changeEvent(QEvent *event)
 {
-    if (event->type() == QEvent::FontChange || event->type() == QEvent::LocaleChange)
+    if (event->type() == QEvent::FontChange || event->type() == QEvent::LocaleChange
+        || event->type() == QEvent::LayoutDirectionChange)
         scheduleRebuild();
     if (event->type() == QEvent::PaletteChange || event->type() == QEvent::FontChange)
         update();

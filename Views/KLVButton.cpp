@@ -13,7 +13,8 @@ QRectF KLVButton::clickableRect() const
 {
     constexpr double margin = 4.0;
     const double width = std::min(KLVText::width(KLVText::shown(m_title), m_font) + margin, frame().width());
-    return { -margin, 0, width + margin, frame().height() };
+    const double left = isRightToLeft() ? frame().width() - width : -margin;
+    return { left, 0, width + margin, frame().height() };
 }
 
 bool KLVButton::looksLike(const KLVView &other) const
@@ -38,7 +39,8 @@ void KLVButton::draw(const KLVDrawingContext &drawing) const
                                       : drawing.theme.text();
     drawing.painter.setFont(m_font);
     drawing.painter.setPen(drawing.theme.readable(color, drawing.background));
-    drawing.painter.drawText(
-        QPointF(0, baseline), metrics.elidedText(KLVText::shown(m_title), Qt::ElideRight, frame().width()));
+    const QString shown = metrics.elidedText(KLVText::shown(m_title), Qt::ElideRight, frame().width());
+    const double x = isRightToLeft() ? std::max(0.0, frame().width() - metrics.horizontalAdvance(shown)) : 0.0;
+    drawing.painter.drawText(QPointF(x, baseline), shown);
     drawCurrentMark(drawing);
 }

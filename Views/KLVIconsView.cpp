@@ -19,7 +19,8 @@ void KLVIconsView::draw(const KLVDrawingContext &drawing) const
     double x = 0;
     for (const QString &icon : m_icons) {
         const QImage image = KLVImages::image(icon, QSizeF(side, side), ratio, drawing.theme.dimText());
-        drawing.painter.drawImage(QRectF(x, 0, side, side), image);
+        const double left = isRightToLeft() ? frame().width() - x - side : x;
+        drawing.painter.drawImage(QRectF(left, 0, side, side), image);
         x += side + gap;
     }
 }

@@ -80,12 +80,15 @@ double KLVText::wrappingWidth(double fieldWidth)
     return std::max(1.0, fieldWidth - narrowing);
 }
 
-void KLVText::layOut(QTextLayout &layout, const QString &text, const QFont &font, double width)
+void KLVText::layOut(
+    QTextLayout &layout, const QString &text, const QFont &font, double width, Qt::LayoutDirection direction)
 {
     QString paragraphs = shown(text);
     paragraphs.replace(u'\n', QChar::LineSeparator);
     QTextOption option;
     option.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
+    // All lines begin at the same edge, also those written the other way.
+    option.setAlignment((direction == Qt::RightToLeft ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignAbsolute);
     layout.setText(paragraphs);
     layout.setFont(font);
     layout.setTextOption(option);

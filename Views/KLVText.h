@@ -20,7 +20,8 @@ QString severalLines(const QString &text);
 // The column in which a field of that width wraps its text: 40 points less.
 double wrappingWidth(double fieldWidth);
 // At word boundaries; a word that is too long for a line is broken.
-void layOut(QTextLayout &layout, const QString &text, const QFont &font, double width);
+void layOut(QTextLayout &layout, const QString &text, const QFont &font, double width,
+    Qt::LayoutDirection direction = Qt::LeftToRight);
 // Height of the wrapped text; remembered, since rows are made again and again.
 double wrappedHeight(const QString &text, const QFont &font, double width);
 // Height of one line, rounded up.

@@ -51,9 +51,8 @@ void KLVTextField::drawLine(const KLVDrawingContext &drawing) const
     const QFontMetricsF lineMetrics(m_baselineFont.value_or(m_font));
     const QString shown = metrics.elidedText(KLVText::shown(*m_stringValue), Qt::ElideRight, frame().width());
     const double slack = frame().width() - metrics.horizontalAdvance(shown);
-    const double x = m_alignment.testFlag(Qt::AlignRight) ? slack
-        : m_alignment.testFlag(Qt::AlignHCenter)          ? slack / 2
-                                                          : 0;
+    const bool isAtRight = m_alignment.testFlag(Qt::AlignRight) != isRightToLeft();
+    const double x = m_alignment.testFlag(Qt::AlignHCenter) ? slack / 2 : isAtRight ? slack : 0;
     // On whole points, so that captions and values stand on one line at every scale.
     const double baseline = std::round((frame().height() - lineMetrics.height()) / 2 + lineMetrics.ascent());
     drawing.painter.setFont(m_font);
@@ -63,8 +62,10 @@ void KLVTextField::drawLine(const KLVDrawingContext &drawing) const
 void KLVTextField::drawWrapped(const KLVDrawingContext &drawing) const
 {
     QTextLayout layout;
-    KLVText::layOut(layout, *m_stringValue, m_font, KLVText::wrappingWidth(frame().width()));
+    const double width = KLVText::wrappingWidth(frame().width());
+    KLVText::layOut(layout, *m_stringValue, m_font, width, layoutDirection());
     // The first base line on a whole point, as captions and badges have theirs.
     const double ascent = layout.lineCount() > 0 ? layout.lineAt(0).ascent() : 0;
-    layout.draw(&drawing.painter, QPointF(0, std::round(ascent) - ascent));
+    const double x = isRightToLeft() ? std::max(0.0, frame().width() - width) : 0.0;
+    layout.draw(&drawing.painter, QPointF(x, std::round(ascent) - ascent));
 }

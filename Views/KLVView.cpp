@@ -20,6 +20,13 @@ void KLVView::removeSubview(const KLVView &view)
     std::erase_if(m_subviews, [&](const auto &subview) { return subview.get() == &view; });
 }
 
+void KLVView::setLayoutDirection(Qt::LayoutDirection direction)
+{
+    m_layoutDirection = direction;
+    for (const auto &subview : m_subviews)
+        subview->setLayoutDirection(direction);
+}
+
 void KLVView::display(const KLVDrawingContext &drawing) const
 {
     draw(drawing);
@@ -41,7 +48,7 @@ bool KLVView::looksLike(const KLVView &other) const
         return false;
     if (m_isHidden)
         return true;
-    return m_frame == other.m_frame
+    return m_frame == other.m_frame && m_layoutDirection == other.m_layoutDirection
         && std::ranges::equal(
             m_subviews, other.m_subviews, [](const auto &one, const auto &two) { return one->looksLike(*two); });
 }

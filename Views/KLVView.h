@@ -39,6 +39,11 @@ public:
     const QRectF &frame() const { return m_frame; }
     void setFrame(const QRectF &frame) { m_frame = frame; }
 
+    // Where lines of text begin. Reaches the views inside; frames are mirrored by whoever sets them.
+    Qt::LayoutDirection layoutDirection() const { return m_layoutDirection; }
+    void setLayoutDirection(Qt::LayoutDirection direction);
+    bool isRightToLeft() const { return m_layoutDirection == Qt::RightToLeft; }
+
     bool isHidden() const { return m_isHidden; }
     void setHidden(bool isHidden) { m_isHidden = isHidden; }
 
@@ -75,6 +80,7 @@ protected:
 private:
     QString m_name;
     QRectF m_frame;
+    Qt::LayoutDirection m_layoutDirection = Qt::LeftToRight;
     bool m_isHidden = false;
     std::vector<std::unique_ptr<KLVView>> m_subviews;
 };

@@ -62,6 +62,18 @@ double VTCalCalendarItemController::rowWidth() const
     return accordionView() ? accordionView()->width() : usualWidth;
 }
 
+void VTCalCalendarItemController::followReadingDirection(KLVView &row) const
+{
+    const bool isMirrored = accordionView() ? accordionView()->isRightToLeft() : QGuiApplication::isRightToLeft();
+    if (!isMirrored)
+        return;
+    for (const auto &view : row.subviews()) {
+        const QRectF frame = view->frame();
+        view->setFrame(QRectF(rowWidth() - frame.right(), frame.y(), frame.width(), frame.height()));
+    }
+    row.setLayoutDirection(Qt::RightToLeft);
+}
+
 void VTCalCalendarItemController::setUpCaption(KLVTextField &caption, const char *text) const
 {
     const VTRowFonts fonts((KLVMetrics(personsFont())));

@@ -50,6 +50,9 @@ protected:
     void setUpNotes(KLVTextField &notes) const;
     void setUpLink(KLVButton &button);
 
+    // Once all frames stand: mirrors them for people who read from right to left.
+    void followReadingDirection(KLVView &row) const;
+
     // Views that only a selected row shows.
     void addDetail(std::initializer_list<KLVView *> views);
 

@@ -71,6 +71,7 @@ std::shared_ptr<KLVView> VTCalEventController::loadView()
     connectOutlets(*row);
     fillIn();
     awakeFromNib();
+    followReadingDirection(*row);
     return row;
 }
 

@@ -79,6 +79,7 @@ std::shared_ptr<KLVView> VTCalTaskController::loadView()
     connectOutlets(*row);
     fillIn();
     awakeFromNib();
+    followReadingDirection(*row);
     return row;
 }
 
