@@ -48,16 +48,30 @@ KLVDateBar::KLVDateBar(QWidget *parent)
     m_dateNavigator->setObjectName(u"dateNavigator"_s);
 
     auto *layout = new QGridLayout(this);
-    const KLVMetrics metrics(QApplication::font());
-    const int side = qRound(metrics.length(sideMargin));
-    const int end = qRound(metrics.length(endMargin));
-    layout->setContentsMargins(side, end, side, end + hairline);
-    layout->setSpacing(qRound(metrics.length(gap)));
+    takeMeasures();
     layout->addWidget(m_dateLabel, 0, 0);
     layout->addWidget(m_newButton, 0, 1);
     layout->addWidget(m_menuButton, 0, 2);
     layout->addWidget(m_dateNavigator, 1, 0, 1, 3);
     layout->setColumnStretch(0, 1);
+}
+
+void KLVDateBar::takeMeasures()
+{
+    const KLVMetrics metrics(QApplication::font());
+    const int side = qRound(metrics.length(sideMargin));
+    const int end = qRound(metrics.length(endMargin));
+    layout()->setContentsMargins(side, end, side, end + hairline);
+    layout()->setSpacing(qRound(metrics.length(gap)));
+}
+
+void KLVDateBar::changeEvent(QEvent *event)
+{
+    if (event->type() == QEvent::FontChange) {
+        takeMeasures();
+        m_menuButton->updateGeometry();
+    }
+    QWidget::changeEvent(event);
 }
 
 void KLVDateBar::paintEvent(QPaintEvent * /*event*/)

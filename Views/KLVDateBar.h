@@ -23,8 +23,11 @@ public:
 
 protected:
     void paintEvent(QPaintEvent *event) override;
+    void changeEvent(QEvent *event) override;
 
 private:
+    void takeMeasures();
+
     QLabel *m_dateLabel;
     KLVBarButton *m_newButton;
     KLVBarButton *m_menuButton;

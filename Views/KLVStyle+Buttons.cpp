@@ -6,6 +6,7 @@
 #include "KLVTheme.h"
 
 #include <QApplication>
+#include <QDialog>
 #include <QFontMetrics>
 #include <QPainter>
 #include <QStyleOption>
@@ -34,9 +35,11 @@ QFont buttonFont()
     return KLVMetrics(QApplication::font()).font(textSize, textWeight);
 }
 
-bool isOfDialog(const QStyleOptionButton &option)
+bool isOfDialog(const QStyleOptionButton &option, const QWidget *widget)
 {
-    return option.features.testAnyFlags({ QStyleOptionButton::DefaultButton, QStyleOptionButton::AutoDefaultButton });
+    return option.features.testFlag(QStyleOptionButton::DefaultButton)
+        || (option.features.testFlag(QStyleOptionButton::AutoDefaultButton) && widget
+            && qobject_cast<const QDialog *>(widget->window()));
 }
 
 QColor touched(const QColor &face, const QColor &text, const QStyleOption &option)
@@ -135,17 +138,18 @@ void KLVStyle::drawButtonLabel(QPainter &painter, const QStyleOptionButton &opti
     painter.restore();
 }
 
-QSize KLVStyle::buttonSize(const QStyleOptionButton &option)
+QSize KLVStyle::buttonSize(const QStyleOptionButton &option, const QWidget *widget)
 {
+    const bool isWide = isOfDialog(option, widget);
     const QFontMetrics metrics(buttonFont());
     const int textWidth = metrics.size(Qt::TextShowMnemonic, option.text).width();
     const int iconWidth = option.icon.isNull() ? 0 : option.iconSize.width();
     const bool isSign = option.text.size() <= 1;
     const int gap = iconWidth > 0 && !option.text.isEmpty() ? points(iconGap) : 0;
-    const int margin = points(isOfDialog(option) ? dialogButtonMargin : buttonMargin);
+    const int margin = points(isWide ? dialogButtonMargin : buttonMargin);
     const int width
         = isSign ? std::max(points(signButtonWidth), textWidth + iconWidth) : textWidth + gap + iconWidth + 2 * margin;
-    return { width, lineBox(isOfDialog(option) && !isSign ? dialogButtonHeight : buttonHeight) };
+    return { width, lineBox(isWide && !isSign ? dialogButtonHeight : buttonHeight) };
 }
 
 void KLVStyle::drawCheckIndicator(QPainter &painter, const QStyleOption &option)

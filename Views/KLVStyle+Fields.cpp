@@ -184,7 +184,7 @@ QSize KLVStyle::sizeFromContents(
     switch (type) {
     case CT_PushButton:
         if (const auto *button = qstyleoption_cast<const QStyleOptionButton *>(option))
-            return buttonSize(*button);
+            return buttonSize(*button, widget);
         break;
     case CT_MenuItem:
         if (const auto *item = qstyleoption_cast<const QStyleOptionMenuItem *>(option))

@@ -60,7 +60,7 @@ private:
     void drawButtonLabel(QPainter &painter, const QStyleOptionButton &option, const QWidget *widget) const;
     static void drawCheckIndicator(QPainter &painter, const QStyleOption &option);
     static void drawRadioIndicator(QPainter &painter, const QStyleOption &option);
-    static QSize buttonSize(const QStyleOptionButton &option);
+    static QSize buttonSize(const QStyleOptionButton &option, const QWidget *widget);
 
     // Fields, tables and scroll bars (KLVStyle+Fields.cpp)
     void drawComboBox(QPainter &painter, const QStyleOptionComboBox &option, const QWidget *widget) const;
