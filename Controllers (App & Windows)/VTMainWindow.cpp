@@ -112,6 +112,7 @@ void VTMainWindow::buildMenu()
     openMenu->setObjectName(u"openMenu"_s);
     openMenu->setShortcuts(VTKeyboardEntryOfCommand("openMenu"_L1)->shortcuts());
     connect(openMenu, &QAction::triggered, this, &VTMainWindow::popUpMenu);
+    m_dateBar->menuButton()->setMenu(m_menu);
     connect(m_dateBar->menuButton(), &KLVBarButton::clicked, this, &VTMainWindow::popUpMenu);
 
     // Shortcuts work from anywhere in the window, with the menu closed.

@@ -10,6 +10,7 @@
 
 #include <algorithm>
 #include <map>
+#include <set>
 #include <tuple>
 
 using namespace Qt::StringLiterals;
@@ -97,6 +98,7 @@ public:
 
 private:
     bool isRow() const { return m_key.view.isEmpty(); }
+    KLVAccordionView::ControlKey controlKey() const { return { m_key.row.uid, m_key.view }; }
     ListInterface *list() const;
     KLVAccordionViewItemPtr item() const;
     const KLVView *view() const;
@@ -165,6 +167,24 @@ public:
         return made;
     }
 
+    // The rows that are selected now and were not, or the other way round, since this was asked last.
+    std::vector<QAccessibleInterface *> rowsWithChangedSelection()
+    {
+        std::set<RowKey> selected;
+        const auto keys = rowKeys(*accordion());
+        for (std::size_t index = 0; index < keys.size(); ++index) {
+            if (accordion()->accordionViewItems().at(static_cast<qsizetype>(index))->isSelected())
+                selected.insert(keys[index]);
+        }
+        std::vector<QAccessibleInterface *> rows;
+        for (const RowKey &key : keys) {
+            if (selected.contains(key) != m_selected.contains(key))
+                rows.push_back(part({ key, {} }));
+        }
+        m_selected = std::move(selected);
+        return rows;
+    }
+
     void forgetLostRows()
     {
         const auto keys = rowKeys(*accordion());
@@ -178,6 +198,7 @@ public:
 
 private:
     mutable std::map<PartKey, QAccessible::Id> m_ids;
+    std::set<RowKey> m_selected;
 };
 
 ListInterface *listOf(KLVAccordionView &accordion)
@@ -302,10 +323,9 @@ QAccessible::State PartInterface::state() const
         return state;
     }
     if (const KLVControl *const shown = control()) {
-        const KLVAccordionView::ControlKey key { m_key.row.uid, m_key.view };
         state.disabled = !shown->isEnabled();
         state.focusable = shown->isEnabled();
-        state.focused = m_accordion->hasFocus() && m_accordion->currentControl() == key;
+        state.focused = m_accordion->hasFocus() && m_accordion->currentControl() == controlKey();
         state.checkable = shown->isCheckable();
         state.checked = shown->isChecked();
     } else {
@@ -324,10 +344,10 @@ void *PartInterface::interface_cast(QAccessible::InterfaceType type)
 QStringList PartInterface::actionNames() const
 {
     if (isRow())
-        return { pressAction() };
+        return { pressAction(), setFocusAction() };
     if (!control() || !control()->isEnabled())
         return {};
-    return { control()->isCheckable() ? toggleAction() : pressAction() };
+    return { control()->isCheckable() ? toggleAction() : pressAction(), setFocusAction() };
 }
 
 // A row is pressed as by the pointer, so that the delegate selects it; a control does its action.
@@ -335,10 +355,17 @@ void PartInterface::doAction(const QString &name)
 {
     if (!m_accordion || !actionNames().contains(name))
         return;
-    if (!isRow()) {
-        m_accordion->performControl({ m_key.row.uid, m_key.view });
+    const bool wantsFocus = name == setFocusAction();
+    if (!isRow() && !wantsFocus) {
+        m_accordion->performControl(controlKey());
         return;
     }
+    if (wantsFocus) {
+        m_accordion->setFocus(Qt::OtherFocusReason);
+        m_accordion->setCurrentControl(isRow() ? KLVAccordionView::ControlKey() : controlKey());
+    }
+    if (item()->isSelected())
+        return;
     KLVMouseEvent press;
     press.location = view()->frame().center();
     press.globalPosition = m_accordion->mapToGlobal(press.location.toPoint());
@@ -380,14 +407,35 @@ void KLVAccordionAccessibility::selectionDidChange(KLVAccordionView &accordion)
 {
     if (!QAccessible::isActive())
         return;
-    const ListInterface *const list = listOf(accordion);
-    for (int index = 0; list && index < list->childCount(); ++index) {
-        QAccessibleInterface *const row = list->child(index);
+    ListInterface *const list = listOf(accordion);
+    if (!list)
+        return;
+    for (QAccessibleInterface *row : list->rowsWithChangedSelection()) {
+        QAccessible::State change;
+        change.selected = true;
+        QAccessibleStateChangeEvent event(row, change);
+        QAccessible::updateAccessibility(&event);
         if (!row->state().selected)
             continue;
         send(row, QAccessible::Selection);
         if (row->state().focused)
             send(row, QAccessible::Focus);
+    }
+}
+
+void KLVAccordionAccessibility::focusDidChange(KLVAccordionView &accordion)
+{
+    if (!QAccessible::isActive() || !accordion.hasFocus())
+        return;
+    const ListInterface *const list = listOf(accordion);
+    for (int index = 0; list && index < list->childCount(); ++index) {
+        QAccessibleInterface *const row = list->child(index);
+        if (row->state().focused)
+            return send(row, QAccessible::Focus);
+        for (int part = 0; row->state().selected && part < row->childCount(); ++part) {
+            if (row->child(part)->state().focused)
+                return send(row->child(part), QAccessible::Focus);
+        }
     }
 }
 

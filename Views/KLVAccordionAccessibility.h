@@ -17,6 +17,8 @@ void install();
 
 void rowsDidChange(KLVAccordionView &accordion);
 void selectionDidChange(KLVAccordionView &accordion);
+// The keyboard went into the list, or to another control of its row.
+void focusDidChange(KLVAccordionView &accordion);
 void checkedDidChange(KLVAccordionView &accordion, const KLVAccordionViewItem &item);
 
 } // namespace KLVAccordionAccessibility

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "KLVAccordionView.h"
 
+#include "KLVAccordionAccessibility.h"
 #include "KLVAccordionClickShield.h"
 #include "KLVControl.h"
 #include "KLVKeyBindings.h"
@@ -167,6 +168,7 @@ bool KLVAccordionView::isFirstResponder() const
 void KLVAccordionView::focusInEvent(QFocusEvent * /*event*/)
 {
     becomeFirstResponder();
+    KLVAccordionAccessibility::focusDidChange(*this);
 }
 
 void KLVAccordionView::focusOutEvent(QFocusEvent * /*event*/)
@@ -239,6 +241,7 @@ void KLVAccordionView::setCurrentControl(const ControlKey &key)
         if (const auto item = itemForUid(changed.uid); item && !changed.isNull())
             setNeedsDisplay(*item);
     }
+    KLVAccordionAccessibility::focusDidChange(*this);
 }
 
 KLVAccordionViewItemPtr KLVAccordionView::itemForUid(const QString &uid) const

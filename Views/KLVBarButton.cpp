@@ -1,10 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include "KLVBarButton.h"
 
+#include "KLVMenuButtonAccessibility.h"
 #include "KLVMetrics.h"
 #include "KLVTheme.h"
 
 #include <QApplication>
+#include <QMenu>
 #include <QPainter>
 #include <QPainterPath>
 #include <QStyle>
@@ -50,6 +52,17 @@ void KLVBarButton::setSign(KLVSign sign)
 {
     m_sign = sign;
     update();
+}
+
+QMenu *KLVBarButton::menu() const
+{
+    return m_menu;
+}
+
+void KLVBarButton::setMenu(QMenu *menu)
+{
+    KLVMenuButtonAccessibility::install();
+    m_menu = menu;
 }
 
 void KLVBarButton::setFaceRectangle(const QRectF &face)

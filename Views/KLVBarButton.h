@@ -4,6 +4,9 @@
 #include "KLVSign.h"
 
 #include <QAbstractButton>
+#include <QPointer>
+
+class QMenu;
 
 // A button of the date bar: a text or a sign on a rounded face.
 //
@@ -24,6 +27,10 @@ public:
     // The whole rounded face, in the button's own coordinates. An empty one, as at first: the button's rectangle.
     void setFaceRectangle(const QRectF &face);
 
+    // A menu that a click opens, for assistive technology; opening it is up to whoever hears the click. Not owned.
+    QMenu *menu() const;
+    void setMenu(QMenu *menu);
+
     QSize sizeHint() const override;
 
 protected:
@@ -35,6 +42,7 @@ private:
     QColor faceColor() const;
     void paintFocus(QPainter &painter) const;
 
+    QPointer<QMenu> m_menu;
     KLVSign m_sign = KLVSign::None;
     QRectF m_face;
 };

@@ -92,6 +92,7 @@ private Q_SLOTS:
     void newWidthRebuildsOnce();
     void accessibleRowsKeepTheirIdentityAcrossRebuilds();
     void accessibleControlsActDirectly();
+    void accessibleRowsTakeTheFocusWhenAsked();
 
 private:
     void press(const QPoint &point)
@@ -384,6 +385,18 @@ void KLVAccordionInputTest::accessibleControlsActDirectly()
     QCOMPARE(m_delegate->presses.size(), 1);
     QCOMPARE(m_delegate->presses.first().object, m_objects.at(4));
     QVERIFY(list->child(4)->state().selected);
+}
+
+void KLVAccordionInputTest::accessibleRowsTakeTheFocusWhenAsked()
+{
+    QAccessibleInterface *const list = QAccessible::queryAccessibleInterface(m_accordion);
+
+    list->child(3)->actionInterface()->doAction(QAccessibleActionInterface::setFocusAction());
+
+    QVERIFY(m_accordion->hasFocus());
+    QVERIFY(list->child(3)->state().selected);
+    QVERIFY(list->child(3)->state().focused);
+    QCOMPARE(list->focusChild(), list->child(3));
 }
 
 VANTLE_TEST(KLVAccordionInputTest)
