@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "KLVBarButton.h"
 
-#include "KLVMenuButtonAccessibility.h"
+#include "KLVBarButtonAccessibility.h"
 #include "KLVMetrics.h"
 #include "KLVTheme.h"
 
@@ -44,6 +44,7 @@ QPainterPath faceOutline(const QRectF &face, qreal radius)
 KLVBarButton::KLVBarButton(QWidget *parent)
     : QAbstractButton(parent)
 {
+    KLVBarButtonAccessibility::install();
     setFocusPolicy(Qt::StrongFocus);
     setAttribute(Qt::WA_Hover);
 }
@@ -61,7 +62,6 @@ QMenu *KLVBarButton::menu() const
 
 void KLVBarButton::setMenu(QMenu *menu)
 {
-    KLVMenuButtonAccessibility::install();
     m_menu = menu;
 }
 

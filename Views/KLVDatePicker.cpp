@@ -37,6 +37,9 @@ QString KLVDatePattern(const QLocale &locale)
 KLVDatePicker::KLVDatePicker(QWidget *parent)
     : QDateTimeEdit(parent)
 {
+    // Figures of a date run from left to right everywhere; Qt would turn the parts of the date round.
+    setAlignment(isRightToLeft() ? Qt::AlignRight : Qt::AlignLeft);
+    setLayoutDirection(Qt::LeftToRight);
     connect(lineEdit(), &QLineEdit::textEdited, this, [this] { m_hasPendingEdit = true; });
     connect(this, &QDateTimeEdit::dateTimeChanged, this, [this] { m_hasPendingEdit = false; });
 }

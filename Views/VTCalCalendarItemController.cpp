@@ -12,7 +12,34 @@
 
 #include <QApplication>
 
+#include <algorithm>
 #include <cmath>
+
+using namespace Qt::StringLiterals;
+
+namespace
+{
+
+// Asked for by every row; measured anew only when the font or the language is another one.
+double widestCaption(const QFont &font)
+{
+    static QStringList measured;
+    static double widest = 0;
+    QStringList captions { font.key() };
+    for (const char *caption : { QT_TRANSLATE_NOOP("Vantle", "location"), QT_TRANSLATE_NOOP("Vantle", "attendees"),
+             QT_TRANSLATE_NOOP("Vantle", "url"), QT_TRANSLATE_NOOP("Vantle", "notes"),
+             QT_TRANSLATE_NOOP("Vantle", "completed") })
+        captions.append(QCoreApplication::translate("Vantle", caption));
+    if (captions == measured)
+        return widest;
+    measured = captions;
+    widest = 0;
+    for (const QString &caption : captions.sliced(1))
+        widest = std::max(widest, std::ceil(KLVText::width(caption, font)));
+    return widest;
+}
+
+} // namespace
 
 VTCalCalendarItemController::VTCalCalendarItemController(const VTRowEnvironment &environment)
     : m_environment(environment)
@@ -83,6 +110,25 @@ void VTCalCalendarItemController::setUpCaption(KLVTextField &caption, const char
     caption.setTextColor(KLVTextField::TextColor::Dim);
     caption.setAlignment(Qt::AlignRight);
     caption.setHidden(true);
+}
+
+void VTCalCalendarItemController::widenCaptions(VTRowFrames &frames) const
+{
+    constexpr double least = 100.0; // of the row's width, for the values
+    const double widest = widestCaption(VTRowFonts(KLVMetrics(personsFont())).caption);
+    const double room = frames.value(u"notesField"_s).width() - least;
+    const double more = std::min(widest - frames.value(u"notesLabel"_s).width(), room);
+    if (more <= 0)
+        return;
+    for (auto frame = frames.begin(); frame != frames.end(); ++frame) {
+        if (frame.key().endsWith(u"Label"_s))
+            frame->setWidth(frame->width() + more);
+    }
+    for (const QString &value :
+        { u"locationField"_s, u"attendeesMatrix"_s, u"urlButton"_s, u"notesField"_s, u"completedField"_s }) {
+        if (frames.contains(value))
+            frames[value].setLeft(frames.value(value).left() + more);
+    }
 }
 
 void VTCalCalendarItemController::setUpTitle(KLVTextField &title, const QFont &font) const

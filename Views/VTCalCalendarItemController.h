@@ -46,6 +46,8 @@ protected:
 
     // A caption in dim text, right-aligned on the base line of values.
     void setUpCaption(KLVTextField &caption, const char *text) const;
+    // Longer captions than those that the interface files were drawn for get a wider column, the same in all rows.
+    void widenCaptions(VTRowFrames &frames) const;
     void setUpTitle(KLVTextField &title, const QFont &font) const;
     void setUpNotes(KLVTextField &notes) const;
     void setUpLink(KLVButton &button);

@@ -171,6 +171,7 @@ VTRowFrames VTCalEventController::loadedFrames() const
     const VTRowFonts fonts(metrics);
     const double rowHeight = rowTemplate().height();
     VTRowFrames frames = rowTemplate().frames(rowWidth(), metrics);
+    widenCaptions(frames);
 
     // Times of this locale may need more room than those that the file was drawn with.
     const QLocale locale;
@@ -193,6 +194,7 @@ VTRowFrames VTCalEventController::loadedFrames() const
     placeBadge(u"allDayBadge"_s, right, allDayWidth);
 
     QRectF &dot = frames[u"calendarDot"_s];
+    dot.setHeight(metrics.length(dot.height()));
     dot = VTRowGeometry::centred(dot, rowHeight, firstLine);
     QRectF &title = frames[u"titleField"_s];
     title.setWidth(right - 2 * badgeWidth - badgeGap - titleGap - title.x() + narrowing);

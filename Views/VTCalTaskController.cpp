@@ -144,9 +144,12 @@ void VTCalTaskController::awakeFromNib()
     representedObject()->addObserver_forKeyPath_options_context(this, u"isCompleted"_s);
 
     const CalTaskPtr shown = std::dynamic_pointer_cast<CalTask>(representedObject());
-    const QSizeF size = loadedFrames().value(u"priorityView"_s).size();
+    // The bars are made for the size that they are stated for; a larger font has them drawn larger.
+    const QSizeF size = rowTemplate().size(u"priorityView"_s);
+    const qreal scale = loadedFrames().value(u"priorityView"_s).width() / size.width();
     if (shown->calendar())
-        m_priorityView->setImage([shown, size](qreal ratio) { return VTPriorityBars(*shown, size, ratio); },
+        m_priorityView->setImage(
+            [shown, size, scale](qreal ratio) { return VTPriorityBars(*shown, size, ratio * scale); },
             QVariantList { tintColor(), shown->priority() });
     m_doneCheckBox->cell().setImageTintColor(tintColor());
     positionAndSizeFields();
@@ -187,6 +190,7 @@ VTRowFrames VTCalTaskController::loadedFrames() const
     const VTRowFonts fonts(metrics);
     const double rowHeight = rowTemplate().height();
     VTRowFrames frames = rowTemplate().frames(rowWidth(), metrics);
+    widenCaptions(frames);
 
     const double firstLine = titleTop + KLVText::lineHeight(fonts.taskTitle) / 2;
     for (const QString &name : { u"doneCheckBox"_s, u"priorityView"_s }) {

@@ -26,6 +26,8 @@ public:
 
     // The height at which rows are loaded.
     double height() const { return m_size.height(); }
+    // The size of a field in the interface file.
+    QSizeF size(const QString &field) const { return m_fields.value(field).geometry.size(); }
     // The frames in a row of that width with the person's font.
     VTRowFrames frames(double width, const KLVMetrics &metrics) const;
 
@@ -33,7 +35,7 @@ private:
     enum class Resizing { Left, Right, Width };
     struct Field {
         QRectF geometry; // as in the file, y growing downwards
-        Resizing resizing;
+        Resizing resizing = Resizing::Left;
     };
 
     QSizeF m_size;

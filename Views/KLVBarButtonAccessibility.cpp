@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "KLVMenuButtonAccessibility.h"
+#include "KLVBarButtonAccessibility.h"
 
 #include "KLVBarButton.h"
 
@@ -9,10 +9,10 @@
 namespace
 {
 
-class MenuButtonInterface final : public QAccessibleWidget
+class BarButtonInterface final : public QAccessibleWidget
 {
 public:
-    explicit MenuButtonInterface(KLVBarButton *button)
+    explicit BarButtonInterface(KLVBarButton *button)
         : QAccessibleWidget(button, QAccessible::Button)
     {
     }
@@ -26,8 +26,14 @@ public:
     QAccessible::State state() const override
     {
         QAccessible::State state = QAccessibleWidget::state();
-        state.hasPopup = true;
+        state.hasPopup = button()->menu() != nullptr;
         return state;
+    }
+
+    QString text(QAccessible::Text kind) const override
+    {
+        const QString own = QAccessibleWidget::text(kind);
+        return own.isEmpty() && kind == QAccessible::Name ? button()->text() : own;
     }
 
     QStringList actionNames() const override
@@ -56,12 +62,12 @@ private:
 QAccessibleInterface *interfaceFor(const QString & /*className*/, QObject *object)
 {
     auto *const button = qobject_cast<KLVBarButton *>(object);
-    return button && button->menu() ? new MenuButtonInterface(button) : nullptr; // QAccessible owns it
+    return button ? new BarButtonInterface(button) : nullptr; // QAccessible owns it
 }
 
 } // namespace
 
-void KLVMenuButtonAccessibility::install()
+void KLVBarButtonAccessibility::install()
 {
     QAccessible::installFactory(interfaceFor);
 }
