@@ -128,11 +128,12 @@ class Element:
 class Vantle:
     """The running program."""
 
-    def __init__(self, home, **environment):
+    def __init__(self, home, before=(), **environment):
+        """`before` is put ahead of the program's name, such as a tracer that leaves it our child."""
         self.home = home
         variables = os.environ | home.environment() | {
             "QT_LINUX_ACCESSIBILITY_ALWAYS_ON": "1", "LC_ALL": "C.UTF-8", "LANGUAGE": ""} | environment
-        self.process = subprocess.Popen([str(PROGRAM)], env=variables)
+        self.process = subprocess.Popen([*map(str, before), str(PROGRAM)], env=variables)
         try:
             self.window = eventually(self._visible_window, START_LIMIT, "a visible window")
             self.top = eventually(self._accessible_window, START_LIMIT, "a window for assistive technology")
