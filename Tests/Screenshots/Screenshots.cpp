@@ -1,15 +1,18 @@
 // SPDX-License-Identifier: MIT
 #include "WholeApplication.h"
 
+#include <KLVSplitView.h>
 #include <ManualClock.h>
 #include <VTMainWindow.h>
 
 #include <QApplication>
 #include <QDir>
 #include <QFontDatabase>
+#include <QMenu>
 #include <QPainter>
 #include <QPixmap>
 #include <QTemporaryDir>
+#include <QTranslator>
 
 #include <cstdio>
 
@@ -21,27 +24,105 @@ namespace
 constexpr int gap = 16;
 const QDate shownDay(2026, 11, 20);
 
+enum class Look { Light, Dark, HighContrast };
+enum class Panes { Both, EventsOnly, TasksOnly };
+
 struct Scene {
     QString calendars; // a folder
     int daysOn = 0;
     QString selectedTitle = {}; // empty: what is selected at the start
     QSize size { 340, 600 };
-    bool isDark = false;
+    Look look = Look::Light;
+    bool hasDrawer = false;
+    Panes panes = Panes::Both;
+    int fontPixels = 13;
+    Qt::LayoutDirection direction = Qt::LeftToRight;
+    bool hasLongTexts = false;
 };
 
-QPalette platformPalette(bool isDark)
+// What the desktop would show by itself: the look is taken from it.
+QPalette platformPalette(Look look)
 {
-    const QColor window = isDark ? Qt::black : Qt::white;
-    const QColor button = isDark ? Qt::darkGray : Qt::lightGray;
-    return { button, window };
+    switch (look) {
+    case Look::Light:
+        return { Qt::lightGray, QColor(0xef, 0xef, 0xef) };
+    case Look::Dark:
+        return { Qt::darkGray, QColor(0x30, 0x30, 0x30) };
+    case Look::HighContrast:
+        return { Qt::black, Qt::black };
+    }
+    return {};
+}
+
+// Every text of ours longer by four tenths, as another language may have it: vowels are doubled.
+class LongTexts final : public QTranslator
+{
+public:
+    bool isEmpty() const override { return false; }
+    QString translate(
+        const char * /*context*/, const char *sourceText, const char * /*disambiguation*/, int /*n*/) const override
+    {
+        const QString source = QString::fromUtf8(sourceText);
+        const QString vowels = u"aeiouAEIOU"_s;
+        qsizetype missing = (source.size() * 4 + 9) / 10;
+        QString longer;
+        for (const QChar letter : source) {
+            longer.append(letter);
+            if (missing > 0 && vowels.contains(letter)) {
+                longer.append(letter.toLower());
+                --missing;
+            }
+        }
+        return longer + u"~"_s.repeated(missing);
+    }
+};
+
+// The application as a scene wishes it, and as it was afterwards.
+class Setting final
+{
+public:
+    explicit Setting(const Scene &scene)
+    {
+        QFont font = m_font;
+        font.setPixelSize(scene.fontPixels);
+        QApplication::setFont(font);
+        QGuiApplication::setLayoutDirection(scene.direction);
+        if (scene.hasLongTexts)
+            QApplication::installTranslator(&m_longTexts);
+    }
+    ~Setting()
+    {
+        QApplication::removeTranslator(&m_longTexts);
+        QGuiApplication::setLayoutDirection(Qt::LeftToRight);
+        QApplication::setFont(m_font);
+    }
+    Setting(const Setting &) = delete;
+    Setting &operator=(const Setting &) = delete;
+
+private:
+    QFont m_font = QApplication::font();
+    LongTexts m_longTexts;
+};
+
+void arrange(VTMainWindow &window, Panes panes)
+{
+    constexpr int all = 10000;
+    if (panes == Panes::EventsOnly)
+        window.splitView()->setSizes({ all, 0 });
+    else if (panes == Panes::TasksOnly)
+        window.splitView()->setSizes({ 0, all });
 }
 
 QPixmap picture(const Scene &scene)
 {
+    const Setting setting(scene);
     const QTemporaryDir home;
     ManualClock clock(QDateTime(shownDay, QTime(10, 5)));
-    WholeApplication application(scene.calendars, home.path(), clock, platformPalette(scene.isDark));
+    WholeApplication application(scene.calendars, home.path(), clock, platformPalette(scene.look));
+    if (scene.hasDrawer)
+        application.controller().setShowCalendarDrawer(true);
     application.window().resize(scene.size);
+    arrange(application.window(), scene.panes);
     QApplication::processEvents(); // a selection is brought into sight of the window as it is
     if (scene.daysOn != 0)
         application.controller().setDate(QDateTime(shownDay.addDays(scene.daysOn), QTime(10, 5)));
@@ -83,6 +164,71 @@ bool save(const QPixmap &pixmap, const QDir &folder, const QString &name)
     return false;
 }
 
+QPixmap menuPicture(const QString &calendars, Look look)
+{
+    const QTemporaryDir home;
+    ManualClock clock(QDateTime(shownDay, QTime(10, 5)));
+    WholeApplication application(calendars, home.path(), clock, platformPalette(look));
+    QApplication::processEvents();
+    auto *const menu = application.window().findChild<QMenu *>(u"taskSettingsMenu"_s);
+    menu->popup(QPoint(0, 0));
+    menu->setActiveAction(menu->actions().at(1));
+    QApplication::processEvents();
+    return menu->grab();
+}
+
+// The parts of the window shown and hidden, large and small.
+bool saveArrangements(const QDir &folder, const QString &full)
+{
+    const QString review = u"Design review"_s;
+    const QSize withDrawer(530, 600);
+    return save(beside({ picture({ .calendars = full, .size = withDrawer, .hasDrawer = true }),
+                    picture({ .calendars = full, .size = withDrawer, .look = Look::Dark, .hasDrawer = true }) }),
+               folder, u"calendars-drawer"_s)
+        && save(beside({ picture({ .calendars = full, .panes = Panes::EventsOnly }),
+                    picture({ .calendars = full, .panes = Panes::TasksOnly }) }),
+            folder, u"collapsed-panes"_s)
+        && save(
+            picture({ .calendars = full, .selectedTitle = review, .size = { 280, 240 } }), folder, u"smallest-window"_s)
+        && save(picture({ .calendars = full, .selectedTitle = review, .size = { 600, 700 } }), folder, u"wide-window"_s)
+        && save(beside({ menuPicture(full, Look::Light), menuPicture(full, Look::Dark) }), folder, u"menu"_s);
+}
+
+// The same for people who read larger, with more contrast, from the right or in longer words.
+bool saveOtherPeoples(const QDir &folder, const QString &full)
+{
+    const QString review = u"Design review"_s;
+    const QString invoice = u"Call the landlord about the boiler"_s;
+    const QSize tall(340, 820);
+    return save(beside(
+                    { picture({ .calendars = full, .selectedTitle = review, .size = { 680, 1100 }, .fontPixels = 26 }),
+                        picture({ .calendars = full,
+                            .selectedTitle = invoice,
+                            .size = { 1060, 1100 },
+                            .hasDrawer = true,
+                            .fontPixels = 26 }) }),
+               folder, u"font-of-twice-the-size"_s)
+        && save(
+            beside({ picture({ .calendars = full, .selectedTitle = review, .size = tall, .look = Look::HighContrast }),
+                picture({ .calendars = full, .selectedTitle = invoice, .size = tall, .look = Look::HighContrast }) }),
+            folder, u"high-contrast"_s)
+        && save(
+            beside({ picture({ .calendars = full,
+                         .selectedTitle = review,
+                         .size = { 530, 820 },
+                         .hasDrawer = true,
+                         .direction = Qt::RightToLeft }),
+                picture({ .calendars = full, .selectedTitle = invoice, .size = tall, .direction = Qt::RightToLeft }) }),
+            folder, u"right-to-left"_s)
+        && save(beside({ picture({ .calendars = full,
+                             .selectedTitle = review,
+                             .size = { 530, 820 },
+                             .hasDrawer = true,
+                             .hasLongTexts = true }),
+                    picture({ .calendars = full, .selectedTitle = invoice, .size = tall, .hasLongTexts = true }) }),
+            folder, u"longer-texts"_s);
+}
+
 bool saveAll(const QDir &folder, const QString &full, const QString &empty)
 {
     const auto selected = [&](int daysOn, const QString &title) {
@@ -102,8 +248,9 @@ bool saveAll(const QDir &folder, const QString &full, const QString &empty)
             folder, u"two-line-titles"_s)
         && save(picture({ .calendars = full, .selectedTitle = u"Circulate the minutes"_s, .size = tall }), folder,
             u"completed-to-do"_s)
-        && save(picture({ .calendars = full, .selectedTitle = u"Design review"_s, .size = tall, .isDark = true }),
-            folder, u"dark"_s);
+        && save(picture({ .calendars = full, .selectedTitle = u"Design review"_s, .size = tall, .look = Look::Dark }),
+            folder, u"dark"_s)
+        && saveArrangements(folder, full) && saveOtherPeoples(folder, full);
 }
 
 } // namespace
