@@ -124,58 +124,63 @@ QRect KLVStyle::subControlRect(
 {
     if (control == CC_ComboBox)
         return comboBoxRect(*option, subControl);
-    if (const auto *spinBox = qstyleoption_cast<const QStyleOptionSpinBox *>(option);
-        spinBox && control == CC_SpinBox) {
-        const bool hasButtons = spinBox->buttonSymbols != QAbstractSpinBox::NoButtons;
-        const int buttons = hasButtons ? points(spinButtonWidth) : 0;
-        const QRect rect = option->rect;
-        const int middle = rect.height() / 2;
-        const int left = rect.right() + 1 - buttons - (hasButtons ? 2 : 0);
-        switch (subControl) {
-        case SC_SpinBoxUp:
-            return visualRect(option->direction, rect, QRect(left, rect.top() + 2, buttons, middle - 2));
-        case SC_SpinBoxDown:
-            return visualRect(
-                option->direction, rect, QRect(left, rect.top() + middle, buttons, rect.height() - middle - 2));
-        case SC_SpinBoxEditField:
-            return visualRect(option->direction, rect,
-                QRect(points(fieldMargin) - 2, 1, left - 2 * points(fieldMargin) + 4, rect.height() - 2));
-        default:
-            return rect;
-        }
-    }
-    // No arrows at the ends of a scroll bar: the whole length is its groove.
-    if (const auto *slider = qstyleoption_cast<const QStyleOptionSlider *>(option); slider && control == CC_ScrollBar) {
-        const QRect rect = option->rect;
-        const bool isHorizontal = slider->orientation == Qt::Horizontal;
-        const int length = isHorizontal ? rect.width() : rect.height();
-        const qint64 range = static_cast<qint64>(slider->maximum) - slider->minimum;
-        int handle = length;
-        if (range > 0) {
-            handle = static_cast<int>(static_cast<qint64>(slider->pageStep) * length / (range + slider->pageStep));
-            handle = std::min(length, std::max(handle, pixelMetric(PM_ScrollBarSliderMin, option, widget)));
-        }
-        const int start = sliderPositionFromValue(
-            slider->minimum, slider->maximum, slider->sliderPosition, length - handle, slider->upsideDown);
-        const auto part = [&](int from, int to) {
-            const QRect own = isHorizontal ? QRect(rect.left() + from, rect.top(), to - from, rect.height())
-                                           : QRect(rect.left(), rect.top() + from, rect.width(), to - from);
-            return visualRect(option->direction, rect, own);
-        };
-        switch (subControl) {
-        case SC_ScrollBarGroove:
-            return rect;
-        case SC_ScrollBarSlider:
-            return part(start, start + handle);
-        case SC_ScrollBarSubPage:
-            return part(0, start);
-        case SC_ScrollBarAddPage:
-            return part(start + handle, length);
-        default:
-            return {};
-        }
-    }
+    if (const auto *spinBox = qstyleoption_cast<const QStyleOptionSpinBox *>(option); spinBox && control == CC_SpinBox)
+        return spinBoxRect(*spinBox, subControl);
+    if (const auto *slider = qstyleoption_cast<const QStyleOptionSlider *>(option); slider && control == CC_ScrollBar)
+        return scrollBarRect(*slider, subControl, widget);
     return QProxyStyle::subControlRect(control, option, subControl, widget);
+}
+
+QRect KLVStyle::spinBoxRect(const QStyleOptionSpinBox &option, SubControl subControl)
+{
+    constexpr int inset = 2; // pixels between the buttons and the field's edge
+    const bool hasButtons = option.buttonSymbols != QAbstractSpinBox::NoButtons;
+    const int buttons = hasButtons ? points(spinButtonWidth) : 0;
+    const int margin = points(fieldMargin) - inset;
+    const QRect rect = option.rect;
+    const int middle = rect.height() / 2;
+    const int left = rect.right() + 1 - buttons - (hasButtons ? inset : 0);
+    QRect part = rect;
+    if (subControl == SC_SpinBoxUp)
+        part = QRect(left, rect.top() + inset, buttons, middle - inset);
+    else if (subControl == SC_SpinBoxDown)
+        part = QRect(left, rect.top() + middle, buttons, rect.height() - middle - inset);
+    else if (subControl == SC_SpinBoxEditField)
+        part = QRect(margin, 1, left - 2 * margin, rect.height() - 2);
+    return visualRect(option.direction, rect, part);
+}
+
+// No arrows at the ends of a scroll bar: the whole length is its groove.
+QRect KLVStyle::scrollBarRect(const QStyleOptionSlider &option, SubControl subControl, const QWidget *widget) const
+{
+    const QRect rect = option.rect;
+    const bool isHorizontal = option.orientation == Qt::Horizontal;
+    const int length = isHorizontal ? rect.width() : rect.height();
+    const qint64 range = static_cast<qint64>(option.maximum) - option.minimum;
+    int handle = length;
+    if (range > 0) {
+        handle = static_cast<int>(static_cast<qint64>(option.pageStep) * length / (range + option.pageStep));
+        handle = std::min(length, std::max(handle, pixelMetric(PM_ScrollBarSliderMin, &option, widget)));
+    }
+    const int start = sliderPositionFromValue(
+        option.minimum, option.maximum, option.sliderPosition, length - handle, option.upsideDown);
+    const auto part = [&](int from, int to) {
+        const QRect own = isHorizontal ? QRect(rect.left() + from, rect.top(), to - from, rect.height())
+                                       : QRect(rect.left(), rect.top() + from, rect.width(), to - from);
+        return visualRect(option.direction, rect, own);
+    };
+    switch (subControl) {
+    case SC_ScrollBarGroove:
+        return rect;
+    case SC_ScrollBarSlider:
+        return part(start, start + handle);
+    case SC_ScrollBarSubPage:
+        return part(0, start);
+    case SC_ScrollBarAddPage:
+        return part(start + handle, length);
+    default:
+        return {};
+    }
 }
 
 QSize KLVStyle::sizeFromContents(

@@ -40,6 +40,32 @@ ItemTexts textsOf(const QStyleOptionMenuItem &option)
     return { option.text.left(tab), option.text.mid(tab + 1) };
 }
 
+bool isLine(const QStyleOptionMenuItem &option)
+{
+    return option.menuItemType == QStyleOptionMenuItem::Separator && option.text.isEmpty();
+}
+
+bool isHeading(const QStyleOptionMenuItem &option)
+{
+    return option.menuItemType == QStyleOptionMenuItem::Separator && !option.text.isEmpty();
+}
+
+bool isUsable(const QStyleOptionMenuItem &option)
+{
+    return option.state.testFlag(QStyle::State_Enabled) && !isHeading(option);
+}
+
+QColor itemColor(const QStyleOptionMenuItem &option)
+{
+    const KLVTheme theme(option.palette);
+    if (isHeading(option))
+        return theme.dimText();
+    if (!isUsable(option))
+        return option.palette.color(QPalette::Disabled, QPalette::Text);
+    return option.state.testFlag(QStyle::State_Selected) ? KLVTheme::textOnBadge(theme.accent())
+                                                         : option.palette.color(QPalette::Text);
+}
+
 QFont headingFont()
 {
     return KLVMetrics(QApplication::font()).font(textSize, headingWeight);
@@ -90,77 +116,85 @@ void KLVStyle::drawMenuItem(QPainter &painter, const QStyleOptionMenuItem &optio
     // A menu has its margin around the items; the list of a pop-up leaves it to them.
     const int margin = isInPopUp ? points(popUpMargin) : 0;
     const QRect rect = option.rect.adjusted(margin, 0, -margin, 0);
-    const int side = points(sideMargin);
-    const auto placed = [&](const QRect &logical) { return visualRect(option.direction, rect, logical); };
     painter.save();
     painter.setRenderHint(QPainter::Antialiasing);
     if (isInPopUp)
         painter.fillRect(option.rect, theme.base());
-
-    if (option.menuItemType == QStyleOptionMenuItem::Separator && option.text.isEmpty()) {
+    if (isLine(option)) {
+        const int side = points(sideMargin);
         painter.fillRect(QRect(rect.left() + side, rect.center().y(), rect.width() - 2 * side, 1), theme.hairline());
-        painter.restore();
-        return;
-    }
-
-    const bool isHeading = option.menuItemType == QStyleOptionMenuItem::Separator;
-    const bool isEnabled = option.state.testFlag(State_Enabled) && !isHeading;
-    const bool isSelected = option.state.testFlag(State_Selected) && isEnabled;
-    if (isSelected) {
-        painter.setPen(Qt::NoPen);
-        painter.setBrush(theme.accent());
-        painter.drawRoundedRect(rect, points(itemRadius), points(itemRadius));
-    } else if (option.state.testFlag(State_Selected)) {
-        drawRing(painter, option, QRectF(rect), points(itemRadius));
-    }
-    const QColor text = isSelected ? KLVTheme::textOnBadge(theme.accent())
-        : isHeading                ? theme.dimText()
-        : isEnabled                ? option.palette.color(QPalette::Text)
-                                   : option.palette.color(QPalette::Disabled, QPalette::Text);
-
-    int left = rect.left() + side;
-    if (option.menuHasCheckableItems) {
-        const QRect mark = placed(QRect(left, rect.top(), points(markArea) - side / 2, rect.height()));
-        if (option.checked)
-            drawTick(painter, mark, text, option.checkType == QStyleOptionMenuItem::Exclusive);
-        left += points(markArea);
-    }
-    if (!option.icon.isNull()) {
-        const int iconSide = points(indicatorSize);
-        const QRect icon = placed(QRect(left, rect.center().y() - iconSide / 2, iconSide, iconSide));
-        option.icon.paint(&painter, icon, Qt::AlignCenter, isEnabled ? QIcon::Normal : QIcon::Disabled);
-    }
-
-    const ItemTexts texts = textsOf(option);
-    const bool isSubmenu = option.menuItemType == QStyleOptionMenuItem::SubMenu;
-    const int right = rect.right() + 1 - side - (isSubmenu ? points(arrowArea) : 0);
-    const int textLeft = rect.left() + (isHeading ? side : leftOfText(option, widget));
-    const QRect textRect = placed(QRect(textLeft, rect.top(), right - textLeft, rect.height()));
-    const int mnemonic = styleHint(SH_UnderlineShortcut, &option) != 0 ? Qt::TextShowMnemonic : Qt::TextHideMnemonic;
-    const int flags = Qt::AlignVCenter | Qt::TextSingleLine | mnemonic;
-    painter.setFont(isHeading ? headingFont() : option.font);
-    painter.setPen(text);
-    const QString title = painter.fontMetrics().elidedText(texts.title, Qt::ElideRight, textRect.width(), flags);
-    painter.drawText(textRect, flags | static_cast<int>(visualAlignment(option.direction, Qt::AlignLeft)), title);
-    if (!texts.shortcut.isEmpty()) {
-        painter.setPen(isSelected || !isEnabled ? text : theme.dimText());
-        painter.drawText(textRect,
-            Qt::AlignVCenter | Qt::TextSingleLine | static_cast<int>(visualAlignment(option.direction, Qt::AlignRight)),
-            texts.shortcut);
-    }
-    if (isSubmenu) {
-        const QRect arrow = placed(QRect(right, rect.top(), points(arrowArea), rect.height()));
-        drawArrow(painter, arrow, text, option.direction == Qt::RightToLeft ? Qt::LeftArrow : Qt::RightArrow);
+    } else {
+        drawMenuItemFace(painter, option, rect);
+        drawMenuItemMark(painter, option, rect);
+        drawMenuItemTexts(painter, option, rect, leftOfText(option, widget));
     }
     painter.restore();
 }
 
+void KLVStyle::drawMenuItemFace(QPainter &painter, const QStyleOptionMenuItem &option, const QRect &rect)
+{
+    if (!option.state.testFlag(State_Selected))
+        return;
+    if (!isUsable(option))
+        return drawRing(painter, option, QRectF(rect), points(itemRadius));
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(KLVTheme(option.palette).accent());
+    painter.drawRoundedRect(rect, points(itemRadius), points(itemRadius));
+}
+
+void KLVStyle::drawMenuItemMark(QPainter &painter, const QStyleOptionMenuItem &option, const QRect &rect)
+{
+    int left = rect.left() + points(sideMargin);
+    if (option.menuHasCheckableItems) {
+        const QRect column(left, rect.top(), points(markArea) - points(sideMargin) / 2, rect.height());
+        if (option.checked)
+            drawTick(painter, visualRect(option.direction, rect, column), itemColor(option),
+                option.checkType == QStyleOptionMenuItem::Exclusive);
+        left += points(markArea);
+    }
+    if (option.icon.isNull())
+        return;
+    const int side = points(indicatorSize);
+    const QRect icon(left, rect.center().y() - side / 2, side, side);
+    option.icon.paint(&painter, visualRect(option.direction, rect, icon), Qt::AlignCenter,
+        isUsable(option) ? QIcon::Normal : QIcon::Disabled);
+}
+
+void KLVStyle::drawMenuItemTexts(
+    QPainter &painter, const QStyleOptionMenuItem &option, const QRect &rect, int textOffset) const
+{
+    const QColor color = itemColor(option);
+    const bool isSubmenu = option.menuItemType == QStyleOptionMenuItem::SubMenu;
+    const int right = rect.right() + 1 - points(sideMargin) - (isSubmenu ? points(arrowArea) : 0);
+    const int left = rect.left() + (isHeading(option) ? points(sideMargin) : textOffset);
+    const QRect texts = visualRect(option.direction, rect, QRect(left, rect.top(), right - left, rect.height()));
+    const auto flags = [&](Qt::Alignment alignment) {
+        return Qt::AlignVCenter | Qt::TextSingleLine | static_cast<int>(visualAlignment(option.direction, alignment));
+    };
+    const int mnemonic = styleHint(SH_UnderlineShortcut, &option) != 0 ? Qt::TextShowMnemonic : Qt::TextHideMnemonic;
+    const ItemTexts words = textsOf(option);
+
+    painter.setFont(isHeading(option) ? headingFont() : option.font);
+    painter.setPen(color);
+    painter.drawText(texts, flags(Qt::AlignLeft) | mnemonic,
+        painter.fontMetrics().elidedText(words.title, Qt::ElideRight, texts.width(), mnemonic));
+    if (!words.shortcut.isEmpty()) {
+        const bool isPlain = isUsable(option) && !option.state.testFlag(State_Selected);
+        painter.setPen(isPlain ? KLVTheme(option.palette).dimText() : color);
+        painter.drawText(texts, flags(Qt::AlignRight), words.shortcut);
+    }
+    if (isSubmenu) {
+        const QRect arrow(right, rect.top(), points(arrowArea), rect.height());
+        drawArrow(painter, visualRect(option.direction, rect, arrow), color,
+            option.direction == Qt::RightToLeft ? Qt::LeftArrow : Qt::RightArrow);
+    }
+}
+
 QSize KLVStyle::menuItemSize(const QStyleOptionMenuItem &option, const QSize &contents, const QWidget *widget)
 {
-    if (option.menuItemType == QStyleOptionMenuItem::Separator && option.text.isEmpty())
+    if (isLine(option))
         return { contents.width(), points(separatorHeight) };
-    const bool isHeading = option.menuItemType == QStyleOptionMenuItem::Separator;
-    const QFontMetrics metrics(isHeading ? headingFont() : option.font);
+    const QFontMetrics metrics(isHeading(option) ? headingFont() : option.font);
     const ItemTexts texts = textsOf(option);
     int width
         = leftOfText(option, widget) + metrics.size(Qt::TextShowMnemonic, texts.title).width() + points(sideMargin);

@@ -6,6 +6,7 @@
 class QStyleOptionButton;
 class QStyleOptionComboBox;
 class QStyleOptionMenuItem;
+class QStyleOptionSlider;
 class QStyleOptionSpinBox;
 
 // The look of ordinary controls where the desktop brings no style of its own:
@@ -69,9 +70,15 @@ private:
     static void drawFrame(QPainter &painter, const QStyleOption &option, const QWidget *widget);
     static void drawHeaderSection(QPainter &painter, const QStyleOption &option);
     static QRect comboBoxRect(const QStyleOptionComplex &option, SubControl subControl);
+    static QRect spinBoxRect(const QStyleOptionSpinBox &option, SubControl subControl);
+    QRect scrollBarRect(const QStyleOptionSlider &option, SubControl subControl, const QWidget *widget) const;
 
     // Menus (KLVStyle+Menus.cpp)
     static void drawMenuPanel(QPainter &painter, const QStyleOption &option);
     void drawMenuItem(QPainter &painter, const QStyleOptionMenuItem &option, const QWidget *widget) const;
+    static void drawMenuItemFace(QPainter &painter, const QStyleOptionMenuItem &option, const QRect &rect);
+    static void drawMenuItemMark(QPainter &painter, const QStyleOptionMenuItem &option, const QRect &rect);
+    void drawMenuItemTexts(
+        QPainter &painter, const QStyleOptionMenuItem &option, const QRect &rect, int textOffset) const;
     static QSize menuItemSize(const QStyleOptionMenuItem &option, const QSize &contents, const QWidget *widget);
 };
