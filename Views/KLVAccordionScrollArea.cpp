@@ -30,7 +30,7 @@ protected:
     void paintEvent(QPaintEvent * /*event*/) override
     {
         QPainter painter(this);
-        painter.setPen(QPen(KLVTheme(palette()).accent(), 1.0));
+        painter.setPen(QPen(KLVTheme(palette()).focusLine(), 1.0));
         painter.drawRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5));
     }
 };

@@ -121,7 +121,7 @@ void KLVBarButton::paintFocus(QPainter &painter) const
     const qreal unit = pointSize();
     const qreal inset = focusWidth * unit / 2;
     painter.setBrush(Qt::NoBrush);
-    painter.setPen(QPen(KLVTheme(palette()).accent(), focusWidth * unit));
+    painter.setPen(QPen(KLVTheme(palette()).focusLine(), focusWidth * unit));
     painter.drawRoundedRect(QRectF(rect()).adjusted(inset, inset, -inset, -inset), cornerRadius * unit - inset,
         cornerRadius * unit - inset);
 }

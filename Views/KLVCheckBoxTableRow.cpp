@@ -104,7 +104,7 @@ void KLVCheckBoxTableRow::paintEvent(QPaintEvent * /*event*/)
     if (hasFocus()) {
         const double inset = points(focusWidth) / 2;
         painter.setBrush(Qt::NoBrush);
-        painter.setPen(QPen(theme.accent(), points(focusWidth)));
+        painter.setPen(QPen(theme.focusLine(), points(focusWidth)));
         painter.drawRoundedRect(QRectF(rect()).adjusted(inset, inset, -inset, -inset), points(cornerRadius) - inset,
             points(cornerRadius) - inset);
     }

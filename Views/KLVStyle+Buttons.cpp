@@ -67,7 +67,7 @@ IndicatorColors indicatorColors(const QStyleOption &option)
         line = halfway(line, theme.window());
     }
     face = touched(face, theme.text(), option.state.testFlag(QStyle::State_On) ? QStyleOption() : option);
-    return { face, line, KLVTheme::textOnBadge(face) };
+    return { face, line, KLVTheme::textOn(face) };
 }
 
 // In the middle of what it is given, a square.
@@ -87,7 +87,7 @@ void KLVStyle::drawButtonFace(QPainter &painter, const QStyleOption &option, boo
     const bool isEnabled = option.state.testFlag(State_Enabled);
     const bool isAccented = isDefault && isEnabled;
     const QColor face = isAccented ? theme.accent() : option.palette.color(QPalette::Button);
-    const QColor text = isAccented ? KLVTheme::textOnBadge(face) : option.palette.color(QPalette::ButtonText);
+    const QColor text = isAccented ? KLVTheme::textOn(face) : option.palette.color(QPalette::ButtonText);
     const QColor line = isAccented ? face : theme.controlLine();
     const QRectF rect(option.rect);
     const qreal radius = points(cornerRadius);
@@ -115,7 +115,7 @@ void KLVStyle::drawButtonLabel(QPainter &painter, const QStyleOptionButton &opti
     const bool isEnabled = option.state.testFlag(State_Enabled);
     const bool isDefault = option.features.testFlag(QStyleOptionButton::DefaultButton);
     const QColor color = !isEnabled ? option.palette.color(QPalette::Disabled, QPalette::ButtonText)
-        : isDefault                 ? KLVTheme::textOnBadge(KLVTheme(option.palette).accent())
+        : isDefault                 ? KLVTheme::textOn(KLVTheme(option.palette).accent())
                                     : option.palette.color(QPalette::ButtonText);
     painter.save();
     painter.setFont(buttonFont());

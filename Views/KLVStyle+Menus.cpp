@@ -62,7 +62,7 @@ QColor itemColor(const QStyleOptionMenuItem &option)
         return theme.dimText();
     if (!isUsable(option))
         return option.palette.color(QPalette::Disabled, QPalette::Text);
-    return option.state.testFlag(QStyle::State_Selected) ? KLVTheme::textOnBadge(theme.accent())
+    return option.state.testFlag(QStyle::State_Selected) ? KLVTheme::textOn(theme.accent())
                                                          : option.palette.color(QPalette::Text);
 }
 

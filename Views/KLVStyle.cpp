@@ -226,7 +226,7 @@ void KLVStyle::drawRing(QPainter &painter, const QStyleOption &option, const QRe
     painter.save();
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setBrush(Qt::NoBrush);
-    painter.setPen(QPen(theme.accent(), width));
+    painter.setPen(QPen(theme.focusLine(), width));
     const qreal inset = width / 2;
     painter.drawRoundedRect(rect.adjusted(inset, inset, -inset, -inset), radius - inset, radius - inset);
     painter.restore();

@@ -10,6 +10,7 @@ constexpr double minimumTextContrast = 4.5;
 constexpr double highTextContrast = 7.0;
 constexpr double contrastOfBlackAndWhite = 20.9;
 constexpr double minimumBadgeContrast = 4.0;
+constexpr double minimumLineContrast = 3.0;
 
 double linear(double channel)
 {
@@ -58,7 +59,7 @@ QPalette paletteOf(const Roles &roles, const QColor &accent)
     palette.setColor(QPalette::ToolTipBase, QColor(roles.base));
     palette.setColor(QPalette::ToolTipText, QColor(roles.text));
     palette.setColor(QPalette::Highlight, highlight);
-    palette.setColor(QPalette::HighlightedText, KLVTheme::textOnBadge(highlight));
+    palette.setColor(QPalette::HighlightedText, KLVTheme::textOn(highlight));
     palette.setColor(QPalette::Link, highlight);
     for (const auto role : { QPalette::WindowText, QPalette::Text, QPalette::ButtonText })
         palette.setColor(QPalette::Disabled, role, KLVTheme::blended(QColor(roles.text), 0.4, QColor(roles.window)));
@@ -115,6 +116,11 @@ QColor KLVTheme::controlLine() const
     return m_isDark ? QColor(0x4a, 0x4e, 0x55) : QColor(0xc9, 0xce, 0xd6);
 }
 
+QColor KLVTheme::focusLine() const
+{
+    return moved(moved(accent(), window(), minimumLineContrast), base(), minimumLineContrast);
+}
+
 QColor KLVTheme::overdue() const
 {
     return m_isDark ? QColor(0xff, 0x8a, 0x80) : QColor(0xb3, 0x26, 0x1e);
@@ -138,6 +144,11 @@ QColor KLVTheme::surface(const QColor &lightColor) const
 QColor KLVTheme::readable(const QColor &color, const QColor &background) const
 {
     return moved(color, background, m_isHighContrast ? highTextContrast : minimumTextContrast);
+}
+
+QColor KLVTheme::textOn(const QColor &face)
+{
+    return contrast(Qt::white, face) >= minimumTextContrast ? QColor(Qt::white) : QColor(Qt::black);
 }
 
 QColor KLVTheme::textOnBadge(const QColor &badge)

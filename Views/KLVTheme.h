@@ -31,6 +31,8 @@ public:
     QColor hairline() const;
     QColor controlLine() const;
     QColor accent() const { return m_palette.color(QPalette::Highlight); }
+    // The accent, brought far enough from the window and the base to be seen as a line (3 : 1).
+    QColor focusLine() const;
     QColor overdue() const;
 
     // What stands for a colour that was chosen for a light surface: itself in a light palette.
@@ -40,6 +42,8 @@ public:
 
     // White where it is readable (4 : 1), else black.
     static QColor textOnBadge(const QColor &badge);
+    // The same for any other coloured face, at 4.5 : 1.
+    static QColor textOn(const QColor &face);
     // Contrast of two opaque colours, 1 to 21 (WCAG 2).
     static double contrast(const QColor &one, const QColor &other);
     static QColor blended(const QColor &color, double alpha, const QColor &background);

@@ -249,7 +249,7 @@ void KLVStyleTest::chosenRadioButtonHasADot()
     const QImage image = m_window->grab().toImage();
     const QPoint left = button->pos() + QPoint(0, button->height() / 2);
 
-    VERIFY_COLOR(image.pixelColor(left + QPoint(7, 0)), KLVTheme::textOnBadge(theme.accent()));
+    VERIFY_COLOR(image.pixelColor(left + QPoint(7, 0)), KLVTheme::textOn(theme.accent()));
     VERIFY_COLOR(image.pixelColor(left + QPoint(2, 0)), theme.accent());
 }
 

@@ -14,6 +14,7 @@ private Q_SLOTS:
     void givenLightColourHasADarkCounterpart();
     void textIsReadableOnEveryTint_data();
     void textIsReadableOnEveryTint();
+    void everyAccentCanBeSeenAndReadOn();
     void highContrastIsBlackAndWhite_data();
     void highContrastIsBlackAndWhite();
     void badgeTextIsWhiteOnlyWhereItCanBeRead();
@@ -57,6 +58,25 @@ void KLVThemeTest::textIsReadableOnEveryTint()
 
     for (const QColor &color : { theme.text(), theme.dimText(), theme.accent(), theme.overdue() })
         QVERIFY(KLVTheme::contrast(theme.readable(color, background), background) >= 4.5);
+}
+
+// Whatever accent the desktop has: the ring of the focus is seen, text on the accent is read.
+void KLVThemeTest::everyAccentCanBeSeenAndReadOn()
+{
+    constexpr int step = 51;
+    for (int red = 0; red <= 255; red += step) {
+        for (int green = 0; green <= 255; green += step) {
+            for (int blue = 0; blue <= 255; blue += step) {
+                const QColor accent(red, green, blue);
+                for (const QPalette &palette : { KLVTheme::lightPalette(accent), KLVTheme::darkPalette(accent) }) {
+                    const KLVTheme theme(palette);
+                    QVERIFY(KLVTheme::contrast(theme.focusLine(), theme.window()) >= 3.0);
+                    QVERIFY(KLVTheme::contrast(theme.focusLine(), theme.base()) >= 3.0);
+                    QVERIFY(KLVTheme::contrast(KLVTheme::textOn(accent), accent) >= 4.5);
+                }
+            }
+        }
+    }
 }
 
 void KLVThemeTest::highContrastIsBlackAndWhite_data()
