@@ -38,6 +38,7 @@ struct Scene {
     int fontPixels = 13;
     Qt::LayoutDirection direction = Qt::LeftToRight;
     bool hasLongTexts = false;
+    QStringList silentServices = {};
 };
 
 // What the desktop would show by itself: the look is taken from it.
@@ -118,7 +119,8 @@ QPixmap picture(const Scene &scene)
     const Setting setting(scene);
     const QTemporaryDir home;
     ManualClock clock(QDateTime(shownDay, QTime(10, 5)));
-    WholeApplication application(scene.calendars, home.path(), clock, platformPalette(scene.look));
+    WholeApplication application(
+        scene.calendars, home.path(), clock, platformPalette(scene.look), scene.silentServices);
     if (scene.hasDrawer)
         application.controller().setShowCalendarDrawer(true);
     application.window().resize(scene.size);
@@ -182,6 +184,7 @@ bool saveArrangements(const QDir &folder, const QString &full)
 {
     const QString review = u"Design review"_s;
     const QSize withDrawer(530, 600);
+    const QStringList silent { u"Personal"_s };
     return save(beside({ picture({ .calendars = full, .size = withDrawer, .hasDrawer = true }),
                     picture({ .calendars = full, .size = withDrawer, .look = Look::Dark, .hasDrawer = true }) }),
                folder, u"calendars-drawer"_s)
@@ -191,7 +194,10 @@ bool saveArrangements(const QDir &folder, const QString &full)
         && save(
             picture({ .calendars = full, .selectedTitle = review, .size = { 280, 240 } }), folder, u"smallest-window"_s)
         && save(picture({ .calendars = full, .selectedTitle = review, .size = { 600, 700 } }), folder, u"wide-window"_s)
-        && save(beside({ menuPicture(full, Look::Light), menuPicture(full, Look::Dark) }), folder, u"menu"_s);
+        && save(beside({ menuPicture(full, Look::Light), menuPicture(full, Look::Dark) }), folder, u"menu"_s)
+        && save(beside({ picture({ .calendars = full, .silentServices = silent }),
+                    picture({ .calendars = full, .look = Look::Dark, .silentServices = silent }) }),
+            folder, u"silent-service"_s);
 }
 
 // The same for people who read larger, with more contrast, from the right or in longer words.

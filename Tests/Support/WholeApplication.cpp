@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "WholeApplication.h"
 
+#include "MemoryBackend.h"
+
 #include <FolderCalendarStore.h>
 #include <VTMainWindow.h>
 
@@ -9,7 +11,7 @@ using namespace Qt::StringLiterals;
 namespace
 {
 
-std::unique_ptr<CalCalendarStore> storeOf(const QString &calendars, Clock &clock)
+std::unique_ptr<CalCalendarStore> storeOf(const QString &calendars, Clock &clock, const QStringList &silentServices)
 {
     FolderCalendarStore::Options options;
     options.root = calendars;
@@ -17,15 +19,21 @@ std::unique_ptr<CalCalendarStore> storeOf(const QString &calendars, Clock &clock
     options.watchesForChanges = false;
     std::vector<std::unique_ptr<CalendarStoreBackend>> backends;
     backends.push_back(std::make_unique<FolderCalendarStore>(std::move(options), clock));
+    if (!silentServices.isEmpty()) {
+        auto service = std::make_unique<MemoryBackend>();
+        service->setSilentServices(silentServices);
+        backends.push_back(std::move(service));
+    }
     return std::make_unique<CalCalendarStore>(std::move(backends));
 }
 
 } // namespace
 
-WholeApplication::WholeApplication(const QString &calendars, const QString &home, Clock &clock, const QPalette &palette)
+WholeApplication::WholeApplication(const QString &calendars, const QString &home, Clock &clock, const QPalette &palette,
+    const QStringList &silentServices)
     : m_defaults(home + u"/vantle.conf"_s)
     , m_appearance(palette)
-    , m_store(storeOf(calendars, clock))
+    , m_store(storeOf(calendars, clock, silentServices))
     , m_controller({ { *m_store, m_defaults, clock, m_beeper, m_workspace, m_termination, m_alerts, m_fileChooser,
                          m_sounds, nullptr },
           m_appearance, WindowStateFile(home + u"/window.json"_s) })

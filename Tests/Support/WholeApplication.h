@@ -21,8 +21,10 @@
 class WholeApplication
 {
 public:
-    // The calendars are read whole. `home` takes the settings and the window's state.
-    WholeApplication(const QString &calendars, const QString &home, Clock &clock, const QPalette &palette);
+    // The calendars are read whole. `home` takes the settings and the window's state. The silent services are
+    // accounts that do not answer.
+    WholeApplication(const QString &calendars, const QString &home, Clock &clock, const QPalette &palette,
+        const QStringList &silentServices = {});
 
     VTMainWindow &window() const { return *m_controller.mainWindow(); }
     VTMainWindowController &controller() { return *m_controller.mainWindowController(); }
