@@ -69,7 +69,8 @@ void KLVDateBar::changeEvent(QEvent *event)
 {
     if (event->type() == QEvent::FontChange) {
         takeMeasures();
-        m_menuButton->updateGeometry();
+        for (KLVBarButton *button : { m_newButton, m_menuButton })
+            button->updateGeometry();
     }
     QWidget::changeEvent(event);
 }
