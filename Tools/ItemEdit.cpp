@@ -105,7 +105,7 @@ Result<void> editTask(CalCalendarStore &store, const CalTaskPtr &task, const Edi
         return outcome(store.removeTask_error(task, &error), error);
     if (options.action != Action::Set)
         task->setIsCompleted(options.action == Action::Tick);
-    else if (const auto result = set(store, *task, options); !result)
+    else if (auto result = set(store, *task, options); !result)
         return result;
     return outcome(store.saveTask_error(task, &error), error);
 }
@@ -120,7 +120,7 @@ Result<void> editEvent(CalCalendarStore &store, const CalEventPtr &event, const 
     StoreError error;
     if (options.action == Action::Delete)
         return outcome(store.removeEvent_span_error(event, span, &error), error);
-    if (const auto result = set(store, *event, options); !result)
+    if (auto result = set(store, *event, options); !result)
         return result;
     return outcome(store.saveEvent_span_error(event, span, &error), error);
 }

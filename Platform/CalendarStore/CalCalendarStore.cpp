@@ -260,7 +260,7 @@ Result<void, StoreError> CalCalendarStore::Private::save(Record &item, Write wri
     const bool isRenamed = calendar->own != calendar->shown;
     if (isRenamed)
         item.setCalendar(calendar->own);
-    const Result<void, StoreError> result = write(*calendar->backend, item);
+    Result<void, StoreError> result = write(*calendar->backend, item);
     if (isRenamed)
         item.setCalendar(shown);
     if (!result)
@@ -279,7 +279,7 @@ Result<void, StoreError> CalCalendarStore::Private::remove(const Record &item, R
     const Entry *const calendar = item.calendar() ? known->shownAs(item.calendar()->uid()) : nullptr;
     const Entry *const source = calendar ? sourceOf(item, *known, *calendar) : nullptr;
     std::optional<StoreError> failure = reasonNotToRemove(item, calendar, source);
-    if (!failure) {
+    if (!failure && source) {
         Result<std::unique_ptr<CalRemoval>, StoreError> result = remove(*source->backend, item);
         if (result) {
             lastRemoval = std::move(result).value();
