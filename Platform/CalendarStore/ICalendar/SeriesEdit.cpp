@@ -4,6 +4,7 @@
 #include "LineEdits.h"
 #include "SeriesOccurrence.h"
 #include "SeriesValues.h"
+#include "ValueTexts.h"
 
 #include <algorithm>
 
@@ -23,20 +24,34 @@ QList<int> allItems(const SeriesItems &items)
     return QList<int> { items.master } + items.overrides;
 }
 
-// The text with every item noted as changed whose lines differ from those before.
+// Gives a property of an item this value, in its place or after the item's first line.
+void setLine(const SeriesText &series, int index, const QByteArray &name, const QByteArray &value, LineEdits &edits)
+{
+    const int line = series.lineOf(index, name);
+    const QByteArray content = name + ':' + value;
+    if (line >= 0) {
+        edits.replaceLine(static_cast<std::size_t>(line), content);
+        return;
+    }
+    const Component &component = series.lines().components()[static_cast<std::size_t>(series.item(index).component)];
+    edits.insertLineAfter(static_cast<std::size_t>(component.firstLine), content);
+}
+
+// The text with every item noted as changed whose lines differ from those before. All in one pass: a series may have
+// thousands of overrides.
 QByteArray withChangesNoted(
     const SeriesText &before, const QByteArray &text, const SeriesContext &context, UtcSeconds stamp)
 {
-    QByteArray result = text;
+    const SeriesText after = seriesIn(text, context);
+    LineEdits edits(after.lines());
     for (const int index : allItems(context.items)) {
-        const SeriesText after = seriesIn(result, context);
         if (rawTextOf(before, index) == rawTextOf(after, index))
             continue;
-        Item item = after.item(index);
-        item.sequence = before.item(index).sequence;
-        result = stamped(result, item, stamp);
+        setLine(after, index, "DTSTAMP", utcText(stamp), edits);
+        setLine(after, index, "LAST-MODIFIED", utcText(stamp), edits);
+        setLine(after, index, "SEQUENCE", QByteArray::number(before.item(index).sequence + 1), edits);
     }
-    return result;
+    return edits.text();
 }
 
 // Without the overrides that say nothing of their own any more.
