@@ -12,8 +12,8 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <csignal>
 
-#include <signal.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
