@@ -17,8 +17,10 @@ namespace Operations
 namespace
 {
 
+const QDate firstDay(2026, 3, 9);
 const QDate changedDay(2026, 3, 11);
 const QByteArray kept = "X-KEEP;A=b:c\\, d\r\n";
+const QString prefix = u"DUMBY "_s; // of the first step of a save of all
 
 QString title(int number)
 {
@@ -106,6 +108,29 @@ std::optional<StoreError> changeEvent(CalCalendarStore &store, int number)
     return saved(store, event, CalSpanAllEvents);
 }
 
+std::optional<StoreError> changeOccurrence(CalCalendarStore &store, int number)
+{
+    const CalEventPtr event = eventsOf(store, u"occurrence"_s, changedDay).value(0);
+    if (!event)
+        return missing(u"occurrence"_s);
+    setNumber(event, number);
+    return saved(store, event, CalSpanThisEvent);
+}
+
+// In the two steps of the event sheet.
+std::optional<StoreError> changeSeries(CalCalendarStore &store, int number)
+{
+    const CalEventPtr event = eventsOf(store, u"series"_s, changedDay).value(0);
+    if (!event)
+        return missing(u"series"_s);
+    setNumber(event, number);
+    event->setTitle(prefix + title(number));
+    if (const auto refusal = saved(store, event, CalSpanThisEvent))
+        return refusal;
+    event->setTitle(title(number));
+    return saved(store, event, CalSpanAllEvents);
+}
+
 std::optional<StoreError> create(CalCalendarStore &store, int number)
 {
     const auto task = std::make_shared<CalTask>();
@@ -146,6 +171,8 @@ const std::vector<Named> &all()
     static const std::vector<Named> operations {
         { u"task"_s, changeTask },
         { u"event"_s, changeEvent },
+        { u"occurrence"_s, changeOccurrence },
+        { u"series"_s, changeSeries },
         { u"create"_s, create },
         { u"move"_s, move },
         { u"remove"_s, removeAndRestore },
@@ -196,6 +223,38 @@ QString faultInEvent(const CalCalendarStore &store, const CalendarFolder &folder
     if (!event || !isOneOf(numberIn(*event), done))
         return u"the event is neither old nor new"_s;
     return folder.read(u"Home/event.ics"_s).contains(kept) ? QString() : u"the event has lost a line"_s;
+}
+
+QString faultInOccurrence(const CalCalendarStore &store, const CalendarFolder &folder, int done)
+{
+    for (int index = 0; index < 4; ++index) {
+        const QDate day = firstDay.addDays(index);
+        const CalEventList events = eventsOf(store, u"occurrence"_s, day);
+        if (events.size() != 1)
+            return u"a day has %1 occurrences"_s.arg(events.size());
+        const auto number = numberIn(*events.first());
+        if (day == changedDay ? !isOneOf(number, done) : number != 0)
+            return u"an occurrence is neither old nor new"_s;
+    }
+    return folder.read(u"Home/occurrence.ics"_s).contains(kept) ? QString() : u"the series has lost a line"_s;
+}
+
+QString faultInSeries(const CalCalendarStore &store, const CalendarFolder &folder, int done)
+{
+    std::optional<int> common;
+    for (int index = 0; index < 4; ++index) {
+        const CalEventList events = eventsOf(store, u"series"_s, firstDay.addDays(index));
+        if (events.size() != 1)
+            return u"a day has %1 occurrences"_s.arg(events.size());
+        const auto number = numberIn(*events.first());
+        if (!isOneOf(number, done) || (common && number != common))
+            return u"the series is neither old nor new"_s;
+        common = number;
+    }
+    const QByteArray text = folder.read(u"Home/series.ics"_s);
+    if (text.contains("DUMBY") || text.contains("RECURRENCE-ID"))
+        return u"the first step of the save was left behind"_s;
+    return text.contains(kept) ? QString() : u"the series has lost a line"_s;
 }
 
 QString faultInCreated(const CalCalendarStore &store, const CalendarFolder &, int done)
@@ -262,9 +321,13 @@ const QStringList &names()
 
 void prepare(const CalendarFolder &folder)
 {
+    const QByteArray series = "DURATION:PT1H\r\nRRULE:FREQ=DAILY;COUNT=4\r\n" + numberZero();
     folder.write(u"Home/task.ics"_s, calendarText(taskText("task", "Number 0", numberZero())));
     folder.write(u"Home/event.ics"_s,
         calendarText(eventText("event", "Number 0", "20260311T090000", "DURATION:PT1H\r\n" + numberZero())));
+    folder.write(
+        u"Home/occurrence.ics"_s, calendarText(eventText("occurrence", "Number 0", "20260309T120000", series)));
+    folder.write(u"Home/series.ics"_s, calendarText(eventText("series", "Number 0", "20260309T150000", series)));
     folder.write(u"Home/move.ics"_s, calendarText(taskText("move", "Number 0", numberZero())));
     folder.write(u"Home/remove.ics"_s, removedText());
     QDir().mkpath(folder.path(u"Work"_s));
@@ -276,6 +339,8 @@ QString faultIn(const CalendarFolder &folder, const QString &operation, int done
     static const QMap<QString, Look> looks {
         { u"task"_s, faultInTask },
         { u"event"_s, faultInEvent },
+        { u"occurrence"_s, faultInOccurrence },
+        { u"series"_s, faultInSeries },
         { u"create"_s, faultInCreated },
         { u"move"_s, faultInMoved },
         { u"remove"_s, faultInRemoved },

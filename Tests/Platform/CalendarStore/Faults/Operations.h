@@ -22,7 +22,7 @@ namespace Operations
 // Nothing when it went well.
 using Operation = std::function<std::optional<StoreError>(CalCalendarStore &store, int number)>;
 
-// task, event, create, move, remove: in the order of names(). Nothing for any other name.
+// task, event, occurrence, series, create, move, remove: in the order of names(). Nothing for any other name.
 std::optional<Operation> named(const QString &name);
 const QStringList &names();
 

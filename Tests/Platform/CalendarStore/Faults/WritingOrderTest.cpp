@@ -62,7 +62,7 @@ void WritingOrderTest::aSaveWritesFlushesExchangesComparesAndFlushes_data()
 {
     QTest::addColumn<QString>("operation");
 
-    for (const QString &name : { u"task"_s, u"event"_s })
+    for (const QString &name : { u"task"_s, u"event"_s, u"occurrence"_s, u"series"_s })
         QTest::newRow(qPrintable(name)) << name;
 }
 
