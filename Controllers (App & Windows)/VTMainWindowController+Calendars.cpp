@@ -107,7 +107,7 @@ void VTMainWindowController::tableView_willDisplayCell_forRow(
 }
 
 // The clock never writes into a picker that the person is in; nor does anything into a date half typed.
-void VTMainWindowController::updateDatePicker()
+void VTMainWindowController::updateDatePicker() const
 {
     KLVDatePicker *picker = textDatePicker();
     const QDate day = date().toLocalTime().date();

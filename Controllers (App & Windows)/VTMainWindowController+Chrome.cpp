@@ -200,7 +200,7 @@ void VTMainWindowController::updateTaskSortMethodFromTaskSettingsMenu(QObject *s
     markSortMethod();
 }
 
-void VTMainWindowController::markSortMethod()
+void VTMainWindowController::markSortMethod() const
 {
     SortMethodDueDateMenuItem()->setChecked(m_taskSortMethod == VTSortByDueDate);
     SortMethodPriorityMenuItem()->setChecked(m_taskSortMethod == VTSortByPriority);

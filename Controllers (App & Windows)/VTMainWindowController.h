@@ -270,9 +270,9 @@ private:
     void bindTitle(QAction *action, const QString &key);
     // The action's check mark and the value of the key follow each other.
     void bindCheckMark(QAction *action, const QString &key, void (VTMainWindowController::*setter)(bool));
-    void markSortMethod();
+    void markSortMethod() const;
     void tick();
-    void updateDatePicker();
+    void updateDatePicker() const;
     void showPickedDate(const QDate &day);
     KLVAccordionView *listOfSelection() const;
 
