@@ -23,19 +23,26 @@ constexpr std::array entries {
     VTKeyboardEntry { VTKeyGroup::Items, "editItem", "Ctrl+E", QT_TRANSLATE_NOOP("Vantle", "Edit") },
     VTKeyboardEntry { VTKeyGroup::Items, "deleteItem", "Del", QT_TRANSLATE_NOOP("Vantle", "Delete") },
     VTKeyboardEntry { VTKeyGroup::Items, "undo", "Ctrl+Z", QT_TRANSLATE_NOOP("Vantle", "Undo Delete") },
-    VTKeyboardEntry { VTKeyGroup::Items, "", "Up", QT_TRANSLATE_NOOP("Vantle", "Select the row above") },
-    VTKeyboardEntry { VTKeyGroup::Items, "", "Down", QT_TRANSLATE_NOOP("Vantle", "Select the row below") },
-    VTKeyboardEntry { VTKeyGroup::Items, "", "Return", QT_TRANSLATE_NOOP("Vantle", "Tick the selected to-do") },
-    VTKeyboardEntry {
-        VTKeyGroup::Items, "", "Tab", QT_TRANSLATE_NOOP("Vantle", "Next control of the row, list or button") },
-    VTKeyboardEntry { VTKeyGroup::Items, "", "Space", QT_TRANSLATE_NOOP("Vantle", "Use the control") },
+    VTKeyboardEntry { VTKeyGroup::Items, "", "Up", QT_TRANSLATE_NOOP("Vantle", "Select Row Above") },
+    VTKeyboardEntry { VTKeyGroup::Items, "", "Down", QT_TRANSLATE_NOOP("Vantle", "Select Row Below") },
+    VTKeyboardEntry { VTKeyGroup::Items, "", "Return", QT_TRANSLATE_NOOP("Vantle", "Tick Selected To-Do") },
+    VTKeyboardEntry { VTKeyGroup::Items, "", "Tab", QT_TRANSLATE_NOOP("Vantle", "Next Control") },
+    VTKeyboardEntry { VTKeyGroup::Items, "", "Space", QT_TRANSLATE_NOOP("Vantle", "Use Control") },
 
     VTKeyboardEntry {
-        VTKeyGroup::View, "toogleDateBar", "Ctrl+Shift+D", QT_TRANSLATE_NOOP("Vantle", "Show or hide the date bar") },
+        VTKeyGroup::View, "toogleDateBar", "Ctrl+Shift+D", QT_TRANSLATE_NOOP("Vantle", "Show or Hide Date Bar") },
     VTKeyboardEntry { VTKeyGroup::View, "toogleCalendarDrawer", "Ctrl+Shift+C; F9",
-        QT_TRANSLATE_NOOP("Vantle", "Show or hide the calendars") },
+        QT_TRANSLATE_NOOP("Vantle", "Show or Hide Calendars") },
 
-    VTKeyboardEntry { VTKeyGroup::Program, "openMenu", "F10; Alt+M", QT_TRANSLATE_NOOP("Vantle", "Open the menu") },
+    VTKeyboardEntry {
+        VTKeyGroup::View, "showBothLists", "Ctrl+1", QT_TRANSLATE_NOOP("Vantle", "Show Events and To Dos") },
+    VTKeyboardEntry { VTKeyGroup::View, "showEventsOnly", "Ctrl+2", QT_TRANSLATE_NOOP("Vantle", "Show Events Only") },
+    VTKeyboardEntry { VTKeyGroup::View, "showTasksOnly", "Ctrl+3", QT_TRANSLATE_NOOP("Vantle", "Show To Dos Only") },
+    VTKeyboardEntry { VTKeyGroup::View, "moveDivider", "F8", QT_TRANSLATE_NOOP("Vantle", "Move Divider") },
+
+    VTKeyboardEntry { VTKeyGroup::Program, "openMenu", "F10; Alt+M", QT_TRANSLATE_NOOP("Vantle", "Open Menu") },
+    VTKeyboardEntry {
+        VTKeyGroup::Program, "showShortcuts", "F1; Ctrl+?", QT_TRANSLATE_NOOP("Vantle", "Keyboard Shortcuts") },
     VTKeyboardEntry { VTKeyGroup::Program, "quit", "Ctrl+Q", QT_TRANSLATE_NOOP("Vantle", "Quit") },
 };
 
@@ -69,7 +76,7 @@ QString VTKeyGroupName(VTKeyGroup group)
     case VTKeyGroup::Days:
         return QCoreApplication::translate("Vantle", "Days");
     case VTKeyGroup::Items:
-        return QCoreApplication::translate("Vantle", "Events and to-dos");
+        return QCoreApplication::translate("Vantle", "Events and To-Dos");
     case VTKeyGroup::View:
         return QCoreApplication::translate("Vantle", "View");
     case VTKeyGroup::Program:

@@ -26,6 +26,7 @@ VTMainMenu::VTMainMenu(QWidget *parent)
     buildTaskMenu();
     buildViewMenu();
     addSeparator();
+    addCommand(this, "showShortcuts");
     addCommand(this, "quit");
 }
 
@@ -70,6 +71,11 @@ void VTMainMenu::buildViewMenu()
     QMenu *menu = addGroup(QCoreApplication::translate("Vantle", "View"), "viewMenu");
     addCommand(menu, "toogleDateBar");
     addCommand(menu, "toogleCalendarDrawer");
+    menu->addSeparator();
+    addCheckableCommand(menu, "showBothLists");
+    addCheckableCommand(menu, "showEventsOnly");
+    addCheckableCommand(menu, "showTasksOnly");
+    addCommand(menu, "moveDivider");
 }
 
 QAction *VTMainMenu::command(const char *name) const
@@ -103,11 +109,14 @@ QAction *VTMainMenu::addCommand(QMenu *menu, const char *name, const QString &te
     return action;
 }
 
-QAction *VTMainMenu::addCheckableCommand(QMenu *menu, const char *name, const QString &text)
+void VTMainMenu::addCheckableCommand(QMenu *menu, const char *name)
 {
-    QAction *action = addCommand(menu, name, text);
-    action->setCheckable(true);
-    return action;
+    addCommand(menu, name)->setCheckable(true);
+}
+
+void VTMainMenu::addCheckableCommand(QMenu *menu, const char *name, const QString &text)
+{
+    addCommand(menu, name, text)->setCheckable(true);
 }
 
 void VTMainMenu::addGoAction(QMenu *menu, const char *name, int tag)

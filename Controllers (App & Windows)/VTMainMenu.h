@@ -27,7 +27,8 @@ private:
     // The keyboard map knows the text.
     QAction *addCommand(QMenu *menu, const char *name);
     QAction *addCommand(QMenu *menu, const char *name, const QString &text);
-    QAction *addCheckableCommand(QMenu *menu, const char *name, const QString &text);
+    void addCheckableCommand(QMenu *menu, const char *name);
+    void addCheckableCommand(QMenu *menu, const char *name, const QString &text);
     void addGoAction(QMenu *menu, const char *name, int tag);
     void buildItemMenu();
     void buildGoMenu();

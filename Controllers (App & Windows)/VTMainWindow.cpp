@@ -3,6 +3,7 @@
 
 #include "VTKeyboardMap.h"
 #include "VTMainMenu.h"
+#include "VTShortcutsWindow.h"
 
 #include <KLVAccordionScrollArea.h>
 #include <KLVAccordionView.h>
@@ -12,6 +13,8 @@
 #include <KLVDateNavigator.h>
 #include <KLVKeyBindings.h>
 #include <KLVMetrics.h>
+#include <KLVNotice.h>
+#include <KLVRevealStrip.h>
 #include <KLVSplitView.h>
 #include <StickyWindow.h>
 #include <WindowState.h>
@@ -30,7 +33,6 @@ namespace
 // All in points.
 constexpr QSizeF firstSize(340, 600);
 constexpr QSizeF smallestSize(280, 240);
-constexpr double smallestPane = 48;
 // What must be on a screen of a remembered frame for it to be found and dragged.
 constexpr QSize smallestVisiblePart(120, 60);
 
@@ -48,6 +50,8 @@ VTMainWindow::VTMainWindow(QWidget *parent)
     , m_splitView(new KLVSplitView(this))
     , m_eventsAccordion(new KLVAccordionView(this))
     , m_tasksAccordion(new KLVAccordionView(this))
+    , m_notice(new KLVNotice(this))
+    , m_revealStrip(new KLVRevealStrip(this))
     , m_calendarsDrawer(new KLVCalendarsDrawer(this))
     , m_menu(new VTMainMenu(this))
     , m_itemMenu(new QMenu(this))
@@ -61,10 +65,33 @@ VTMainWindow::VTMainWindow(QWidget *parent)
     resize(pixels(firstSize));
 
     buildLists();
+    layOut();
+    buildMenu();
+    buildItemMenus();
+    // Lists, divider, drawer, date bar, and round again.
+    setTabOrder(m_eventsAccordion, m_tasksAccordion);
+    setTabOrder(m_tasksAccordion, m_splitView->handle(1));
+    m_dateBar->dateNavigator()->setTabOrderBetween(m_splitView->handle(1), m_dateBar->newButton());
+    setTabOrder(m_dateBar->newButton(), m_dateBar->menuButton());
+    setTabOrder(m_dateBar->menuButton(), m_revealStrip);
+    m_calendarsDrawer->setTabOrderAfter(m_splitView->handle(1));
+}
+
+void VTMainWindow::layOut()
+{
+    m_dateBar->setObjectName(u"dateBar"_s);
+    m_notice->setObjectName(u"notice"_s);
+    m_revealStrip->setObjectName(u"revealStrip"_s);
+    m_revealStrip->setAccessibleName(QCoreApplication::translate("Vantle", "Show Date Bar"));
+    m_revealStrip->setToolTip(QCoreApplication::translate("Vantle", "Show Date Bar"));
+    m_revealStrip->hide();
+
     auto *content = new QWidget(this);
     content->setObjectName(u"content"_s);
     auto *day = new QVBoxLayout;
-    day->addWidget(m_dateBar);
+    for (QWidget *part :
+        { static_cast<QWidget *>(m_dateBar), static_cast<QWidget *>(m_revealStrip), static_cast<QWidget *>(m_notice) })
+        day->addWidget(part);
     day->addWidget(m_splitView, 1);
     auto *layout = new QHBoxLayout(content);
     layout->setContentsMargins(0, 0, 0, 0);
@@ -72,15 +99,6 @@ VTMainWindow::VTMainWindow(QWidget *parent)
     layout->addLayout(day, 1);
     layout->addWidget(m_calendarsDrawer);
     setCentralWidget(content);
-    m_dateBar->setObjectName(u"dateBar"_s);
-
-    buildMenu();
-    buildItemMenus();
-    // Date bar, lists, drawer, and round again, beginning with the lists.
-    setTabOrder(m_eventsAccordion, m_tasksAccordion);
-    m_dateBar->dateNavigator()->setTabOrderBetween(m_tasksAccordion, m_dateBar->newButton());
-    setTabOrder(m_dateBar->newButton(), m_dateBar->menuButton());
-    m_calendarsDrawer->setTabOrderAfter(m_tasksAccordion);
 }
 
 void VTMainWindow::buildLists()
@@ -92,6 +110,10 @@ void VTMainWindow::buildLists()
     addList(m_tasksAccordion, u"tasksAccordion"_s);
     // Two thirds for the events.
     m_splitView->setSizes({ 2 * height(), height() });
+    m_splitView->handle(1)->setObjectName(u"divider"_s);
+    m_splitView->setOpenPosition(height() / 2);
+    m_splitView->setAccessibleName(QCoreApplication::translate("Vantle", "Events and to-dos"));
+    connect(m_splitView, &KLVSplitView::collapseDidChange, this, &VTMainWindow::collapseDidChange);
 }
 
 KLVAccordionScrollArea *VTMainWindow::addList(KLVAccordionView *list, const QString &name)
@@ -99,7 +121,9 @@ KLVAccordionScrollArea *VTMainWindow::addList(KLVAccordionView *list, const QStr
     auto *area = new KLVAccordionScrollArea(list, m_splitView);
     list->setObjectName(name);
     area->setObjectName(name + u"ScrollArea"_s);
-    area->setMinimumHeight(qRound(KLVMetrics(QApplication::font()).length(smallestPane)));
+    area->setAccessibleName(list->accessibleName());
+    // The split view's delegate says how low a pane may be.
+    area->setMinimumHeight(1);
     m_splitView->addWidget(area);
     return area;
 }
@@ -107,6 +131,9 @@ KLVAccordionScrollArea *VTMainWindow::addList(KLVAccordionView *list, const QStr
 void VTMainWindow::buildMenu()
 {
     connect(m_menu->command("quit"), &QAction::triggered, qApp, &QCoreApplication::quit, Qt::QueuedConnection);
+
+    connect(m_menu->command("showShortcuts"), &QAction::triggered, this, &VTMainWindow::showShortcuts);
+    m_menu->command("showBothLists")->setChecked(true);
 
     auto *openMenu = new QAction(this);
     openMenu->setObjectName(u"openMenu"_s);
@@ -154,6 +181,58 @@ bool VTMainWindow::isDateBarVisible() const
 void VTMainWindow::setDateBarVisible(bool isVisible)
 {
     m_dateBar->setVisible(isVisible);
+    m_revealStrip->setVisible(!isVisible);
+}
+
+void VTMainWindow::showBothLists()
+{
+    m_splitView->openSubviews();
+    collapseDidChange();
+}
+
+void VTMainWindow::showEventsOnly()
+{
+    m_splitView->collapseSubview(1);
+    collapseDidChange();
+}
+
+void VTMainWindow::showTasksOnly()
+{
+    m_splitView->collapseSubview(0);
+    collapseDidChange();
+}
+
+void VTMainWindow::moveDividerByKeys()
+{
+    m_splitView->handle(1)->setFocus(Qt::ShortcutFocusReason);
+}
+
+// A list of which nothing is to be seen is out of reach of keyboard and assistive technology as well.
+void VTMainWindow::collapseDidChange()
+{
+    const bool hasEvents = !m_splitView->isSubviewCollapsed(0);
+    const bool hasTasks = !m_splitView->isSubviewCollapsed(1);
+    QWidget *focused = focusWidget();
+    m_eventsAccordion->setVisible(hasEvents);
+    m_tasksAccordion->setVisible(hasTasks);
+    if (focused == m_eventsAccordion && !hasEvents)
+        m_tasksAccordion->setFocus(Qt::OtherFocusReason);
+    if (focused == m_tasksAccordion && !hasTasks)
+        m_eventsAccordion->setFocus(Qt::OtherFocusReason);
+
+    m_menu->command("showBothLists")->setChecked(hasEvents && hasTasks);
+    m_menu->command("showEventsOnly")->setChecked(!hasTasks);
+    m_menu->command("showTasksOnly")->setChecked(!hasEvents);
+}
+
+void VTMainWindow::showShortcuts()
+{
+    auto *window = findChild<VTShortcutsWindow *>();
+    if (!window)
+        window = new VTShortcutsWindow(this);
+    window->show();
+    window->raise();
+    window->activateWindow();
 }
 
 bool VTMainWindow::isDrawerVisible() const
@@ -208,7 +287,11 @@ WindowState VTMainWindow::windowState() const
     if (x() != m_leftWithDrawer)
         growth.shift = 0;
     state.frame = VTFrameWithoutDrawer(normalGeometry(), growth);
-    state.dividerPosition = m_splitView->sizes().value(0);
+    if (m_splitView->isSubviewCollapsed(0))
+        state.collapsedPane = WindowState::Pane::Upper;
+    if (m_splitView->isSubviewCollapsed(1))
+        state.collapsedPane = WindowState::Pane::Lower;
+    state.dividerPosition = state.collapsedPane ? m_splitView->openPosition() : m_splitView->positionOfDivider();
     state.isDateBarVisible = isDateBarVisible();
     return state;
 }
@@ -242,12 +325,16 @@ void VTMainWindow::restoreFrame(const QRect &frame)
 
 void VTMainWindow::restoreDivider(const WindowState &state)
 {
-    if (!state.dividerPosition)
-        return;
-    const int barHeight = isDateBarVisible() ? m_dateBar->sizeHint().height() : 0;
-    const int space = height() - barHeight - m_splitView->handleWidth();
-    const int position = qBound(0, *state.dividerPosition, space);
-    m_splitView->setSizes({ position, space - position });
+    // The split view has no height yet; what it will have tells the position's share of it.
+    const QWidget *top = isDateBarVisible() ? static_cast<QWidget *>(m_dateBar) : m_revealStrip;
+    const int space = height() - top->sizeHint().height() - m_splitView->handleWidth();
+    const int position = qBound(0, state.dividerPosition.value_or(m_splitView->openPosition()), space);
+    m_splitView->setOpenPosition(position);
+    if (state.collapsedPane)
+        m_splitView->setSizes(
+            *state.collapsedPane == WindowState::Pane::Upper ? QList { 0, space } : QList { space, 0 });
+    else if (state.dividerPosition)
+        m_splitView->setSizes({ position, space - position });
 }
 
 void VTMainWindow::popUpMenu()
@@ -278,6 +365,14 @@ void VTMainWindow::showEvent(QShowEvent *event)
 {
     QMainWindow::showEvent(event);
     showOnAllDesktops(*this);
+}
+
+void VTMainWindow::resizeEvent(QResizeEvent *event)
+{
+    QMainWindow::resizeEvent(event);
+    // The panes have their new heights already. Before the window is shown there is nothing to be squeezed.
+    if (isVisible())
+        Q_EMIT willResize(event->size());
 }
 
 // Keys that no control wanted, wherever the focus is.

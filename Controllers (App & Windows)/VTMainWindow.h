@@ -9,6 +9,8 @@ class KLVAccordionScrollArea;
 class KLVAccordionView;
 class KLVCalendarsDrawer;
 class KLVDateBar;
+class KLVNotice;
+class KLVRevealStrip;
 class KLVSplitView;
 class QMenu;
 class VTMainMenu;
@@ -34,6 +36,9 @@ public:
 
     KLVAccordionScrollArea *eventsScrollArea() const { return m_eventsScrollArea; }
 
+    KLVNotice *notice() const { return m_notice; }
+    // In the date bar's place while it is hidden.
+    KLVRevealStrip *revealStrip() const { return m_revealStrip; }
     KLVCalendarsDrawer *calendarsDrawer() const { return m_calendarsDrawer; }
     VTMainMenu *menu() const { return m_menu; }
     // What can be done with the selected item.
@@ -45,6 +50,12 @@ public:
     // The window grows for the drawer where the screen has room, else the lists shrink.
     void setDrawerVisible(bool isVisible);
 
+    void showBothLists();
+    void showEventsOnly();
+    void showTasksOnly();
+    // Puts the keyboard onto the divider.
+    void moveDividerByKeys();
+
     // How the person left the window, to be found again at the next start. The frame is that of the window
     // without its drawer.
     WindowState windowState() const;
@@ -54,21 +65,28 @@ public:
     // At the menu button, or at the window's corner while the date bar is hidden.
     void popUpMenu();
 
+    void showShortcuts();
+
 Q_SIGNALS:
+    // The person, or the window manager, gives the window another size.
+    void willResize(const QSize &size);
     // By its key: there is no place that it was asked for at.
     void contextMenuRequested();
 
 protected:
     void contextMenuEvent(QContextMenuEvent *event) override;
     void showEvent(QShowEvent *event) override;
+    void resizeEvent(QResizeEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
 
 private:
     void buildLists();
     KLVAccordionScrollArea *addList(KLVAccordionView *list, const QString &name);
+    void layOut();
     void buildMenu();
     void buildItemMenus();
     void popUpUnder(QMenu *menu, const QWidget &button);
+    void collapseDidChange();
     void takeMinimumSize();
     VTDrawerGrowth growthForDrawer() const;
     void restoreFrame(const QRect &frame);
@@ -79,6 +97,8 @@ private:
     KLVAccordionView *m_eventsAccordion;
     KLVAccordionView *m_tasksAccordion;
     KLVAccordionScrollArea *m_eventsScrollArea = nullptr;
+    KLVNotice *m_notice;
+    KLVRevealStrip *m_revealStrip;
     KLVCalendarsDrawer *m_calendarsDrawer;
     VTMainMenu *m_menu;
     QMenu *m_itemMenu;

@@ -3,14 +3,18 @@
 
 #include "VTMainMenu.h"
 #include "VTMainWindow.h"
+#include "VTSilenceWords.h"
 
 #include <CalCalendarItem.h>
+#include <CalCalendarStore.h>
 #include <KLVAccordionScrollArea.h>
 #include <KLVAccordionView.h>
 #include <KLVDateBar.h>
 #include <KLVDateNavigator.h>
 #include <KLVDrawings.h>
 #include <KLVKeyBindings.h>
+#include <KLVNotice.h>
+#include <KLVRevealStrip.h>
 #include <KLVTheme.h>
 #include <QDateTime+VTHelper.h>
 
@@ -49,6 +53,16 @@ void VTMainWindowController::connectControls()
     connectMenu();
     connectItemCommands();
     connectDrawer();
+    connectSplitView();
+    connect(m_window->revealStrip(), &KLVRevealStrip::clicked, this, [this] { toogleDateBar(); });
+    connect(&m_services.store, &CalCalendarStore::silentServicesDidChange, this, &VTMainWindowController::updateNotice);
+    updateNotice();
+}
+
+void VTMainWindowController::updateNotice()
+{
+    if (m_window)
+        m_window->notice()->say(VTSilenceWords(m_services.store.silentServices()));
 }
 
 void VTMainWindowController::connectMenu()

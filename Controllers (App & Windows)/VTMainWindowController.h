@@ -11,6 +11,7 @@
 #include <Clock.h>
 #include <KLVAccordionViewDelegate.h>
 #include <KLVCheckBoxTable.h>
+#include <KLVSplitView.h>
 #include <KeyValueBinding.h>
 #include <KeyValueObject.h>
 
@@ -64,7 +65,8 @@ class VTMainWindowController final : public QObject,
                                      public KeyValueObject,
                                      public KeyValueObserver,
                                      public KLVAccordionViewDelegate,
-                                     public KLVCheckBoxTableDataSource
+                                     public KLVCheckBoxTableDataSource,
+                                     public KLVSplitViewDelegate
 {
     Q_OBJECT
     Q_PROPERTY(QDateTime dateProperty READ dateProperty WRITE setDateProperty)
@@ -224,6 +226,14 @@ public:
     void tableView_setObjectValue_forRow(KLVCheckBoxTable *view, bool value, int row) override;
     void tableView_willDisplayCell_forRow(KLVCheckBoxTable *view, KLVColoredButtonCell &cell, int row) override;
 
+    double splitView_constrainMinCoordinate_ofSubviewAt(
+        KLVSplitView *view, double proposedMin, int dividerIndex) override;
+    double splitView_constrainMaxCoordinate_ofSubviewAt(
+        KLVSplitView *view, double proposedMax, int dividerIndex) override;
+    bool splitView_canCollapseSubview(KLVSplitView *view, QWidget *subview) override;
+    // A pane that is squeezed below its least height collapses. Gives the size back as it is.
+    QSize windowWillResize_toSize(VTMainWindow *window, const QSize &size);
+
     bool respondsToAccordionView_drawPlaceHolderBackgroundInFrame() const override { return true; }
     void accordionView_drawPlaceHolderBackgroundInFrame(KLVAccordionView *view, const QRectF &frame) override;
     bool respondsToAccordionView_drawSelectedBackgroundForItem_frame() const override { return true; }
@@ -266,6 +276,7 @@ private:
     void connectControls();
     void connectMenu();
     void connectDrawer();
+    void connectSplitView();
     // A title that the action takes whenever the key is announced.
     void bindTitle(QAction *action, const QString &key);
     // The action's check mark and the value of the key follow each other.
@@ -273,6 +284,7 @@ private:
     void markSortMethod() const;
     void tick();
     void updateDatePicker() const;
+    void updateNotice();
     void showPickedDate(const QDate &day);
     KLVAccordionView *listOfSelection() const;
 

@@ -126,6 +126,11 @@ QColor KLVTheme::overdue() const
     return m_isDark ? QColor(0xff, 0x8a, 0x80) : QColor(0xb3, 0x26, 0x1e);
 }
 
+QColor KLVTheme::notice() const
+{
+    return m_isDark ? QColor(0x47, 0x3e, 0x24) : QColor(0xf2, 0xe8, 0xcc);
+}
+
 QColor KLVTheme::surface(const QColor &lightColor) const
 {
     if (!m_isDark || lightColor.lightnessF() < 0.5F)

@@ -34,6 +34,7 @@ public:
     // The accent, brought far enough from the window and the base to be seen as a line (3 : 1).
     QColor focusLine() const;
     QColor overdue() const;
+    QColor notice() const; // behind a line of warning
 
     // What stands for a colour that was chosen for a light surface: itself in a light palette.
     QColor surface(const QColor &lightColor) const;

@@ -48,6 +48,18 @@ QJsonObject object(const QRect &rectangle)
     };
 }
 
+constexpr auto upperPane = "upper"_L1;
+constexpr auto lowerPane = "lower"_L1;
+
+std::optional<WindowState::Pane> pane(const QJsonValue &value)
+{
+    if (value.toString() == upperPane)
+        return WindowState::Pane::Upper;
+    if (value.toString() == lowerPane)
+        return WindowState::Pane::Lower;
+    return std::nullopt;
+}
+
 } // namespace
 
 WindowStateFile::WindowStateFile(QString path)
@@ -74,6 +86,7 @@ WindowState WindowStateFile::read() const
     WindowState state;
     state.frame = rectangle(content[u"frame"].toObject());
     state.dividerPosition = pixels(content[u"dividerPosition"], 0);
+    state.collapsedPane = pane(content[u"collapsedPane"]);
     state.isDateBarVisible = content[u"isDateBarVisible"].toBool(true);
     return state;
 }
@@ -85,6 +98,8 @@ Result<void> WindowStateFile::write(const WindowState &state) const
         content.insert(u"frame"_s, object(*state.frame));
     if (state.dividerPosition)
         content.insert(u"dividerPosition"_s, *state.dividerPosition);
+    if (state.collapsedPane)
+        content.insert(u"collapsedPane"_s, *state.collapsedPane == WindowState::Pane::Upper ? upperPane : lowerPane);
 
     const QString folder = QFileInfo(m_path).path();
     if (!QDir().mkpath(folder))

@@ -11,8 +11,12 @@
 // How the person left the window: remembered by the desktop side, never in the
 // settings. What is absent takes its first-time value.
 struct WindowState {
+    enum class Pane { Upper, Lower };
+
     std::optional<QRect> frame; // without the window manager's decoration
-    std::optional<int> dividerPosition; // height of the upper pane
+    // Height of the upper pane; while one of them is collapsed, the height that it had before.
+    std::optional<int> dividerPosition;
+    std::optional<Pane> collapsedPane; // absent while both are to be seen
     bool isDateBarVisible = true;
 
     bool operator==(const WindowState &) const = default;

@@ -600,38 +600,6 @@
         <translation>Gehe zu Datum</translation>
     </message>
     <message>
-        <source>Select the row above</source>
-        <translation>Die Zeile darüber auswählen</translation>
-    </message>
-    <message>
-        <source>Select the row below</source>
-        <translation>Die Zeile darunter auswählen</translation>
-    </message>
-    <message>
-        <source>Tick the selected to-do</source>
-        <translation>Die ausgewählte Aufgabe abhaken</translation>
-    </message>
-    <message>
-        <source>Next control of the row, list or button</source>
-        <translation>Nächstes Bedienelement der Zeile, nächste Liste oder Taste</translation>
-    </message>
-    <message>
-        <source>Use the control</source>
-        <translation>Das Bedienelement betätigen</translation>
-    </message>
-    <message>
-        <source>Show or hide the date bar</source>
-        <translation>Datumsleiste ein- oder ausblenden</translation>
-    </message>
-    <message>
-        <source>Show or hide the calendars</source>
-        <translation>Kalender ein- oder ausblenden</translation>
-    </message>
-    <message>
-        <source>Open the menu</source>
-        <translation>Das Menü öffnen</translation>
-    </message>
-    <message>
         <source>Days</source>
         <translation>Tage</translation>
     </message>
@@ -974,6 +942,84 @@
     <message>
         <source>The rule by which the event repeats cannot be moved like that.</source>
         <translation>Die Regel, nach der sich der Termin wiederholt, lässt sich so nicht verschieben.</translation>
+    </message>
+    <message>
+        <source>Divider</source>
+        <translation>Trennlinie</translation>
+    </message>
+    <message>
+        <source>Up and Down move it, Home and End hide one of the lists.</source>
+        <translation>Auf und Ab bewegen sie, Pos1 und Ende blenden eine der Listen aus.</translation>
+    </message>
+    <message>
+        <source>Select Row Above</source>
+        <translation>Zeile darüber auswählen</translation>
+    </message>
+    <message>
+        <source>Select Row Below</source>
+        <translation>Zeile darunter auswählen</translation>
+    </message>
+    <message>
+        <source>Tick Selected To-Do</source>
+        <translation>Ausgewählte Aufgabe abhaken</translation>
+    </message>
+    <message>
+        <source>Next Control</source>
+        <translation>Nächstes Bedienelement</translation>
+    </message>
+    <message>
+        <source>Use Control</source>
+        <translation>Bedienelement betätigen</translation>
+    </message>
+    <message>
+        <source>Show or Hide Date Bar</source>
+        <translation>Datumsleiste ein-/ausblenden</translation>
+    </message>
+    <message>
+        <source>Show or Hide Calendars</source>
+        <translation>Kalender ein-/ausblenden</translation>
+    </message>
+    <message>
+        <source>Show Events and To Dos</source>
+        <translation>Termine und Aufgaben zeigen</translation>
+    </message>
+    <message>
+        <source>Show Events Only</source>
+        <translation>Nur Termine zeigen</translation>
+    </message>
+    <message>
+        <source>Show To Dos Only</source>
+        <translation>Nur Aufgaben zeigen</translation>
+    </message>
+    <message>
+        <source>Move Divider</source>
+        <translation>Trennlinie bewegen</translation>
+    </message>
+    <message>
+        <source>Open Menu</source>
+        <translation>Menü öffnen</translation>
+    </message>
+    <message>
+        <source>Keyboard Shortcuts</source>
+        <translation>Tastenkürzel</translation>
+    </message>
+    <message>
+        <source>Events and To-Dos</source>
+        <translation>Termine und Aufgaben</translation>
+    </message>
+    <message>
+        <source>Some calendars may be out of date: their service does not answer.</source>
+        <translation>Manche Kalender sind möglicherweise veraltet: Ihr Dienst antwortet nicht.</translation>
+    </message>
+    <message>
+        <source>%1 calendars may be out of date: the service does not answer.</source>
+        <extracomment>%1: the name of an account.</extracomment>
+        <translation>Kalender von %1 sind möglicherweise veraltet: Der Dienst antwortet nicht.</translation>
+    </message>
+    <message>
+        <source>%1 calendars may be out of date: the services do not answer.</source>
+        <extracomment>%1: the names of several accounts.</extracomment>
+        <translation>Kalender von %1 sind möglicherweise veraltet: Die Dienste antworten nicht.</translation>
     </message>
 </context>
 </TS>

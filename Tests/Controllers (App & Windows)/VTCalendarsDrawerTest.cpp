@@ -324,7 +324,7 @@ void VTCalendarsDrawerTest::tabWalksThroughTheDrawer()
     fixture.backend().addCalendar(makeCalendar(u"Later"_s));
     fixture.controller->calStoreDidChange();
     fixture.row(3)->setFocus(Qt::TabFocusReason);
-    fixture.controller->tasksAccordion()->setFocus();
+    fixture.window->moveDividerByKeys();
 
     QStringList walk;
     // Inside the picker the key goes from day to month to year.

@@ -334,13 +334,14 @@ void VTMainWindowTest::tabWalksThroughTheWindow()
     controller.eventsAccordion()->setFocus();
 
     QStringList walk;
-    for (int i = 0; i < 5; ++i) {
+    for (int i = 0; i < 6; ++i) {
         QTest::keyClick(fixture.window->focusWidget(), Qt::Key_Tab);
         walk.append(fixture.window->focusWidget()->objectName());
     }
 
     QCOMPARE(walk,
-        (QStringList { u"tasksAccordion"_s, u"todayButton"_s, u"newButton"_s, u"menuButton"_s, u"eventsAccordion"_s }));
+        (QStringList { u"tasksAccordion"_s, u"divider"_s, u"todayButton"_s, u"newButton"_s, u"menuButton"_s,
+            u"eventsAccordion"_s }));
 }
 
 void VTMainWindowTest::clickOnARowSelectsIt()

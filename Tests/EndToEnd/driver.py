@@ -160,6 +160,10 @@ class Vantle:
     def _accessible_window(self):
         return next((window for window in self._accessible_windows() if window.accessible.get_child_count()), None)
 
+    def _application(self):
+        return next((application for application in Element(Atspi.get_desktop(0)).children()
+                     if application.accessible.get_process_id() == self.process.pid), None)
+
     # --- What is on the screen ---
 
     def list(self, name):
@@ -190,6 +194,18 @@ class Vantle:
     def wait_until_closed(self, name):
         eventually(lambda: self.open_sheet(name) is None, what=f"the end of the sheet {name}")
 
+    def find_anywhere(self, role, name):
+        """In any window of the program, preferring what is to be seen."""
+        found = [element for element in self._application().everything()
+                 if element.role == role and (name is None or element.name == name)]
+        return next((element for element in found if element.has(Atspi.StateType.SHOWING)), found[0] if found else None)
+
+    def shown_menu_item(self, name):
+        """An item of a menu that is open."""
+        return next((element for element in self._application().everything()
+                     if element.name == name and "menu" in element.role and element.has(Atspi.StateType.SHOWING)
+                     and element.rectangle[2] > 0), None)
+
     def pixels(self):
         """Width, height and the bytes of red, green and blue of the window."""
         picture = subprocess.run(["import", "-silent", "-window", self.window, "-depth", "8", "ppm:-"],
@@ -211,6 +227,20 @@ class Vantle:
     def click(self, element, button=1, position=None, times=1):
         x, y = position or element.centre
         run("xdotool", "mousemove", "--sync", x, y, "click", "--repeat", times, "--delay", 60, button)
+
+    def drag(self, start, end):
+        """With the left button, in steps, as a hand does."""
+        run("xdotool", "mousemove", "--sync", *start, "mousedown", 1)
+        for step in range(1, 9):
+            point = [round(a + (b - a) * step / 8) for a, b in zip(start, end)]
+            run("xdotool", "mousemove", "--sync", *point)
+        run("xdotool", "mouseup", 1)
+
+    def resize(self, width, height):
+        run("xdotool", "windowsize", "--sync", self.window, width, height)
+
+    def move(self, left, top):
+        run("xdotool", "windowmove", "--sync", self.window, left, top)
 
     def end(self):
         """Asks the program to end; its exit status."""

@@ -48,11 +48,14 @@ void WindowStateTest::liesUnderTheStateHome()
 void WindowStateTest::whatIsWrittenIsReadAgain()
 {
     const WindowStateFile file(path());
-    const WindowState state { QRect(-20, 40, 340, 600), 0, false };
+    for (const std::optional<WindowState::Pane> collapsed : { std::optional<WindowState::Pane>(),
+             std::optional(WindowState::Pane::Upper), std::optional(WindowState::Pane::Lower) }) {
+        const WindowState state { QRect(-20, 40, 340, 600), 0, collapsed, false };
 
-    QVERIFY(file.write(state).isOk());
+        QVERIFY(file.write(state).isOk());
 
-    QVERIFY(file.read() == state);
+        QVERIFY(file.read() == state);
+    }
 }
 
 void WindowStateTest::missingFileGivesFirstTimeValues()
@@ -67,7 +70,9 @@ void WindowStateTest::damagedFileGivesFirstTimeValues_data()
     QTest::newRow("empty") << QByteArray();
     QTest::newRow("cut") << QByteArray(R"({"frame":{"x":1,"y":)");
     QTest::newRow("not an object") << QByteArray("[1, 2, 3]");
-    QTest::newRow("wrong types") << QByteArray(R"({"frame":"big","dividerPosition":[],"isDateBarVisible":"no"})");
+    QTest::newRow("wrong types") << QByteArray(
+        R"({"frame":"big","dividerPosition":[],"isDateBarVisible":"no","collapsedPane":1})");
+    QTest::newRow("unknown pane") << QByteArray(R"({"collapsedPane":"middle"})");
     QTest::newRow("frame without size") << QByteArray(R"({"frame":{"x":1,"y":2}})");
     QTest::newRow("numbers beyond any screen")
         << QByteArray(R"({"frame":{"x":1e300,"y":2,"width":1e9,"height":-5},"dividerPosition":-1})");
