@@ -28,6 +28,16 @@ VTMainMenu::VTMainMenu(QWidget *parent)
     addSeparator();
     addCommand(this, "showShortcuts");
     addCommand(this, "quit");
+
+    // Assistive technology uses a command and leaves the menu open in which it stands.
+    connect(this, &QMenu::triggered, this, &VTMainMenu::closeAll);
+}
+
+void VTMainMenu::closeAll()
+{
+    for (QMenu *group : findChildren<QMenu *>())
+        group->close();
+    close();
 }
 
 void VTMainMenu::buildItemMenu()

@@ -23,6 +23,7 @@ public:
     QList<QAction *> goActions() const { return m_goActions; }
 
 private:
+    void closeAll();
     QMenu *addGroup(const QString &title, const char *objectName);
     // The keyboard map knows the text.
     QAction *addCommand(QMenu *menu, const char *name);
