@@ -4,6 +4,7 @@
 #include "KLVCheckBoxTableRow.h"
 #include "KLVSlimScrollBar.h"
 
+#include <QEvent>
 #include <QScopedValueRollback>
 #include <QVBoxLayout>
 

@@ -37,7 +37,7 @@ double KLVSplitView::space() const
 
 KLVSplitView::Limits KLVSplitView::limits() const
 {
-    KLVSplitView *const self = const_cast<KLVSplitView *>(this);
+    auto *const self = const_cast<KLVSplitView *>(this);
     if (!m_delegate)
         return { 0, space() };
     const double least = m_delegate->splitView_constrainMinCoordinate_ofSubviewAt(self, 0, 0);

@@ -3,6 +3,8 @@
 
 #include "CivilDate.h"
 
+#include <QStringBuilder>
+
 #include <algorithm>
 #include <cstdlib>
 
