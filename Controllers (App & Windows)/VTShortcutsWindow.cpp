@@ -81,8 +81,8 @@ void VTShortcutsWindow::addGroups(QVBoxLayout *layout)
     QGridLayout *grid = nullptr;
     std::optional<VTKeyGroup> group;
     for (const VTKeyboardEntry &entry : VTKeyboardMap()) {
-        if (entry.group != group) {
-            if (group)
+        if (!grid || entry.group != group) {
+            if (grid)
                 layout->addSpacing(pixels(groupGap));
             group = entry.group;
             layout->addWidget(new KLVHeading(VTKeyGroupName(entry.group)));

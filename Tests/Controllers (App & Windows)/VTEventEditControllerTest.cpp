@@ -194,7 +194,7 @@ void VTEventEditControllerTest::textsSetByAssistiveTechnologyReachTheStore()
 
     const auto setText = [](QWidget *field, const QString &text) {
         QAccessible::queryAccessibleInterface(field)->editableTextInterface()->replaceText(
-            0, field->property("text").toString().size(), text);
+            0, static_cast<int>(field->property("text").toString().size()), text);
     };
     setText(fixture.events.titleField(), u"Dinner"_s);
     setText(controlOf<QLineEdit>(fixture.events, u"locationField"_s), u"At home"_s);

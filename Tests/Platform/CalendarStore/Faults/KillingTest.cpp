@@ -66,7 +66,7 @@ void KillingTest::aKilledWriterLeavesWholeItems()
 
         writer.go();
         writer.waitUntilDone(static_cast<int>(random() % 3));
-        passMicroseconds(random() % longestOperation);
+        passMicroseconds(static_cast<qint64>(random() % longestOperation));
         writer.kill();
 
         QCOMPARE(writer.refusal(), QByteArray());
@@ -93,7 +93,7 @@ void KillingTest::anEndedWriterFinishesTheSave()
 
     writer.go();
     writer.waitUntilDone(2);
-    passMicroseconds(random() % 5'000);
+    passMicroseconds(static_cast<qint64>(random() % 5'000));
     writer.terminate();
 
     QVERIFY(writer.waitForEnd());

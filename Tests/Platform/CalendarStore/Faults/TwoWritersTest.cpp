@@ -6,9 +6,8 @@
 #include <QProcess>
 #include <QTest>
 
+#include <ctime>
 #include <vector>
-
-#include <time.h>
 
 using namespace Qt::StringLiterals;
 

@@ -23,11 +23,11 @@ QDateTime local(const char *text)
 }
 
 // The lines of one text that are not in another, without line ends.
-QByteArrayList linesOnlyIn(const QByteArray &text, const QByteArray &other)
+QByteArrayList linesOnlyIn(const QByteArray &content, const QByteArray &other)
 {
     const QList<QByteArray> others = other.split('\n');
     QByteArrayList lines;
-    for (const QByteArray &line : text.split('\n')) {
+    for (const QByteArray &line : content.split('\n')) {
         if (!others.contains(line))
             lines << line.trimmed();
     }
