@@ -40,10 +40,10 @@ QString titleOf(Fuzzing::Input &input)
     }
 }
 
-// A line end can only be stored as one of its kinds, and a NUL is not taken for text.
+// A line end can only be stored as one of its kinds, and a NUL cannot be stored at all.
 QString asStored(QString title)
 {
-    title.replace(QChar::Null, QChar::ReplacementCharacter);
+    title.remove(QChar::Null);
     return title.replace(QStringLiteral("\r\n"), QStringLiteral("\n")).replace(u'\r', u'\n');
 }
 
