@@ -17,7 +17,7 @@ namespace
 {
 
 // What the folder store asks of a file: which items it holds, and what happens on a day.
-void expand(const FolderStore::FileSnapshot &file, const FolderStore::ItemGroup &group, DayNumber day)
+void expand(const FolderStore::FileSnapshot &file, const Items::ItemGroup &group, DayNumber day)
 {
     if (group.master < 0)
         return;
@@ -56,7 +56,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
         require(!item.start || !item.end || item.end->isDate() == item.start->isDate(), "start and end are alike");
         require(item.durationDays >= 0 && item.durationSeconds >= 0, "nothing has a negative length");
     }
-    for (const FolderStore::ItemGroup &group : file.groups()) {
+    for (const Items::ItemGroup &group : file.groups()) {
         require(!file.uidOf(group).isEmpty(), "every item has a name");
         for (const int year : std::array { 1, 1997, 2026, 9999 })
             expand(file, group, dayNumber(year, 3, 30));

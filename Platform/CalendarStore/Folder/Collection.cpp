@@ -3,8 +3,6 @@
 
 #include <CalCalendar.h>
 
-#include <algorithm>
-
 using namespace Qt::StringLiterals;
 
 namespace FolderStore
@@ -76,43 +74,17 @@ CalCalendarPtr Collection::makeRecord() const
 
 void Collection::setFile(const FileSnapshotPtr &snapshot)
 {
-    removeFile(snapshot->fileName());
-    m_files.insert(snapshot->fileName(), snapshot);
+    removeFile(snapshot->name());
+    m_files.insert(snapshot->name(), snapshot);
     if (m_place.kind == FoundCollection::Kind::SingleFile)
         m_record.reset();
-    m_events.add(*snapshot);
-    m_tasks.add(*snapshot);
-    for (const QString &uid : snapshot->uids()) {
-        QStringList &names = m_filesByUid[uid];
-        names.insert(std::ranges::lower_bound(names, snapshot->fileName()), snapshot->fileName());
-        m_sharedUids += names.size() == 2 ? 1 : 0;
-    }
+    m_items.add(*snapshot);
 }
 
 void Collection::removeFile(const QString &fileName)
 {
-    const FileSnapshotPtr known = m_files.take(fileName);
-    if (!known)
-        return;
-    m_events.remove(*known);
-    m_tasks.remove(*known);
-    m_expansions.forget(*known);
-    for (const QString &uid : known->uids()) {
-        const auto names = m_filesByUid.find(uid);
-        names->removeOne(fileName);
-        m_sharedUids -= names->size() == 1 ? 1 : 0;
-        if (names->isEmpty())
-            m_filesByUid.erase(names);
-    }
-}
-
-QString Collection::distinctionOf(const GroupRef &ref) const
-{
-    const int ordinal = ref.get().ordinal;
-    const auto names = m_filesByUid.constFind(ref.file->uidOf(ref.get()));
-    if (ordinal == 0 && (names == m_filesByUid.cend() || names->first() == ref.file->fileName()))
-        return {};
-    return ordinal == 0 ? ref.file->fileName() : u"%1#%2"_s.arg(ref.file->fileName()).arg(ordinal + 1);
+    if (const FileSnapshotPtr known = m_files.take(fileName))
+        m_items.remove(*known);
 }
 
 } // namespace FolderStore

@@ -2,19 +2,14 @@
 #pragma once
 
 #include "CollectionDescription.h"
-#include "EventIndex.h"
-#include "ExpansionCache.h"
 #include "FileSnapshot.h"
 #include "FolderScanner.h"
-#include "TaskIndex.h"
 
 #include <CalTypes.h>
+#include <ItemIndex.h>
 
 #include <QHash>
 #include <QString>
-#include <QStringList>
-
-#include <vector>
 
 namespace FolderStore
 {
@@ -42,19 +37,7 @@ public:
     void setFile(const FileSnapshotPtr &snapshot);
     void removeFile(const QString &fileName);
 
-    // Whether any UID stands in several files.
-    bool hasSharedUids() const { return m_sharedUids > 0; }
-    bool holdsUid(const QString &uid) const { return m_filesByUid.contains(uid); }
-    std::vector<GroupRef> eventCandidates(ICalendar::UtcSeconds from, ICalendar::UtcSeconds to) const
-    {
-        return m_events.candidates(from, to);
-    }
-    const TaskIndex &tasks() const { return m_tasks; }
-    ExpansionCache &expansions() const { return m_expansions; }
-
-    // Tells a group apart from others of the same UID in this calendar; empty for the first of
-    // them, files taken by name.
-    QString distinctionOf(const GroupRef &ref) const;
+    const Items::ItemIndex &items() const { return m_items; }
 
 private:
     CalCalendarPtr makeRecord() const;
@@ -62,12 +45,8 @@ private:
     FoundCollection m_place;
     CollectionDescription m_description;
     QHash<QString, FileSnapshotPtr> m_files;
-    QHash<QString, QStringList> m_filesByUid; // names of files in order, each once
-    int m_sharedUids = 0; // how many of them stand in several files
-    EventIndex m_events;
-    TaskIndex m_tasks;
+    Items::ItemIndex m_items; // of the files
     mutable CalCalendarPtr m_record; // null until it is asked for
-    mutable ExpansionCache m_expansions; // derived from the files
 };
 
 } // namespace FolderStore

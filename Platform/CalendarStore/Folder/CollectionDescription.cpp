@@ -3,7 +3,8 @@
 
 #include "FileReading.h"
 #include "Limits.h"
-#include "ProblemLog.h"
+
+#include <ProblemLog.h>
 
 #include <QCryptographicHash>
 #include <QRegularExpression>
@@ -22,7 +23,7 @@ namespace
 constexpr std::array<QRgb, 8> palette { 0x2f7de1, 0xd9433b, 0x2f9e5a, 0xd98324, 0x8e55c7, 0x1d97a6, 0xc2418b,
     0x6b7480 };
 
-std::optional<QString> textOfFile(const QString &path, ProblemLog &log)
+std::optional<QString> textOfFile(const QString &path, Items::ProblemLog &log)
 {
     const auto content = readRegularFile(path, Limits::descriptionFileBytes);
     if (!content) {
@@ -41,7 +42,7 @@ std::optional<QString> textOfFile(const QString &path, ProblemLog &log)
 
 template <typename Value>
 std::optional<Value> noteIfMissing(
-    std::optional<Value> value, const QString &path, const QString &reason, ProblemLog &log)
+    std::optional<Value> value, const QString &path, const QString &reason, Items::ProblemLog &log)
 {
     if (!value)
         log.note(path, 0, reason);
@@ -57,7 +58,7 @@ std::optional<int> numberOfText(const QString &text)
 
 } // namespace
 
-CollectionDescription CollectionDescription::readFrom(const QString &folder, ProblemLog &log)
+CollectionDescription CollectionDescription::readFrom(const QString &folder, Items::ProblemLog &log)
 {
     CollectionDescription description;
     if (const auto text = textOfFile(folder + u"/displayname"_s, log))

@@ -6,10 +6,13 @@
 
 #include <optional>
 
+namespace Items
+{
+class ProblemLog;
+}
+
 namespace FolderStore
 {
-
-class ProblemLog;
 
 // What the files `displayname`, `color` and `order` of a collection say.
 // Whatever else they hold than a short text, a colour and a number counts as nothing.
@@ -18,7 +21,7 @@ struct CollectionDescription {
     std::optional<QColor> color;
     std::optional<int> order;
 
-    static CollectionDescription readFrom(const QString &folder, ProblemLog &log);
+    static CollectionDescription readFrom(const QString &folder, Items::ProblemLog &log);
     // Whether a file of that name in a collection describes it.
     static bool isDescriptionFile(const QString &fileName);
 

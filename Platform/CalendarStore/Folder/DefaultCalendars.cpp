@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "DefaultCalendars.h"
 
-#include "ProblemLog.h"
+#include <ProblemLog.h>
 
 #include <QCoreApplication>
 #include <QDir>
@@ -15,15 +15,15 @@ namespace FolderStore
 namespace
 {
 
-void writeLine(const QString &path, const QString &text, ProblemLog &log)
+void writeLine(const QString &path, const QString &text, Items::ProblemLog &log)
 {
     QSaveFile file(path);
     if (!file.open(QIODevice::WriteOnly) || file.write(text.toUtf8() + '\n') < 0 || !file.commit())
         log.note(path, 0, file.errorString());
 }
 
-void makeCalendar(
-    const QDir &root, const QString &name, const QString &title, const QString &color, int order, ProblemLog &log)
+void makeCalendar(const QDir &root, const QString &name, const QString &title, const QString &color, int order,
+    Items::ProblemLog &log)
 {
     const QString folder = root.filePath(name);
     if (!QDir().mkpath(folder)) {
@@ -37,7 +37,7 @@ void makeCalendar(
 
 } // namespace
 
-void makeDefaultCalendars(const QString &root, ProblemLog &log)
+void makeDefaultCalendars(const QString &root, Items::ProblemLog &log)
 {
     const QDir folder(root);
     makeCalendar(folder, u"Home"_s, QCoreApplication::translate("Vantle", "Home"), u"#2F7DE1"_s, 1, log);

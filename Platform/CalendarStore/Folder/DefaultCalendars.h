@@ -3,12 +3,15 @@
 
 #include <QString>
 
+namespace Items
+{
+class ProblemLog;
+}
+
 namespace FolderStore
 {
 
-class ProblemLog;
-
 // Makes the calendars "Home" and "Work" in a root that holds nothing, or is not there yet.
-void makeDefaultCalendars(const QString &root, ProblemLog &log);
+void makeDefaultCalendars(const QString &root, Items::ProblemLog &log);
 
 } // namespace FolderStore

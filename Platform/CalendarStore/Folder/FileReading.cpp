@@ -3,7 +3,6 @@
 
 #include "FileDescriptor.h"
 
-#include <QCryptographicHash>
 #include <QFile>
 #include <QFileInfo>
 
@@ -85,11 +84,6 @@ Result<FileContent, FileFault> readRegularFile(const QString &path, qint64 limit
     content.isSettled = ::fstat(file.number(), &status) == 0 && FileState::of(status) == content.state
         && content.bytes.size() == content.state.size;
     return content;
-}
-
-QByteArray hashOf(const QByteArray &bytes)
-{
-    return QCryptographicHash::hash(bytes, QCryptographicHash::Sha1);
 }
 
 } // namespace FolderStore

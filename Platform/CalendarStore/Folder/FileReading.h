@@ -45,6 +45,4 @@ Result<FileContent, FileFault> readRegularFile(const QString &path, qint64 limit
 // The state of a file or of what a link leads to; a fault when there is no regular file.
 Result<FileState, FileFault> stateOfRegularFile(const QString &path);
 
-QByteArray hashOf(const QByteArray &bytes);
-
 } // namespace FolderStore

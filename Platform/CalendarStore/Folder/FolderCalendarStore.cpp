@@ -5,41 +5,15 @@
 #include "FolderSynchronizer.h"
 #include "ItemRemover.h"
 #include "ItemSaver.h"
-#include "ItemTimes.h"
-#include "RecordMaker.h"
 #include "TwoStepSaver.h"
 
-#include <ZoneRegistry.h>
-
-#include <QTimeZone>
+#include <Answers.h>
 
 #include <algorithm>
 #include <iterator>
 
 using namespace Qt::StringLiterals;
 using FolderStore::Collection;
-using FolderStore::GroupRef;
-using FolderStore::ItemTimes;
-using FolderStore::RecordMaker;
-using ICalendar::Item;
-
-namespace
-{
-
-// The range of a question, in the zone in which the process stands at that moment.
-struct Question {
-    ICalendar::UtcSeconds from;
-    ICalendar::UtcSeconds to;
-    ICalendar::ZonePtr local;
-    QByteArray zoneName;
-
-    bool includes(const ItemTimes &times) const
-    {
-        return FolderStore::overlaps(times.start.toUtc(*local), times.end.toUtc(*local), from, to);
-    }
-};
-
-} // namespace
 
 class FolderCalendarStore::Private final
 {
@@ -51,8 +25,7 @@ public:
     {
     }
 
-    void addOccurrences(CalEventList &events, const Collection &collection, const RecordMaker &maker,
-        const GroupRef &ref, const Question &question);
+    void noteRepeatsTooOften(const Collection &collection, const Items::GroupRef &series);
 
     FolderStore::FolderSynchronizer synchronizer;
     CalCalendarList calendars; // as they were asked for last
@@ -63,23 +36,10 @@ public:
     FolderStore::ItemRemover remover { files };
 };
 
-void FolderCalendarStore::Private::addOccurrences(CalEventList &events, const Collection &collection,
-    const RecordMaker &maker, const GroupRef &ref, const Question &question)
+void FolderCalendarStore::Private::noteRepeatsTooOften(const Collection &collection, const Items::GroupRef &series)
 {
-    const FolderStore::FileSnapshot &file = *ref.file;
-    const ICalendar::Expansion &expansion
-        = collection.expansions().expansion(ref, question.from, question.to, *question.local, question.zoneName);
-    if (expansion.repeatsTooOften)
-        synchronizer.log().note(
-            collection.pathOf(file.fileName()), 0, u"repeats too often: %1"_s.arg(file.uidOf(ref.get())));
-    for (const ICalendar::Occurrence &occurrence : expansion.occurrences) {
-        const ItemTimes times { occurrence.start, occurrence.end };
-        if (!question.includes(times))
-            continue;
-        const int override = occurrence.overriddenBy;
-        const Item &values = file.item(override >= 0 ? ref.get().overrides.at(override) : ref.get().master);
-        events << maker.event(ref, values, times, FolderStore::recurrenceIdText(occurrence.recurrenceId));
-    }
+    synchronizer.log().note(
+        collection.pathOf(series.set->name()), 0, u"repeats too often: %1"_s.arg(series.set->uidOf(series.get())));
 }
 
 FolderCalendarStore::FolderCalendarStore(Options options, Clock &clock, QObject *parent)
@@ -132,30 +92,18 @@ bool FolderCalendarStore::isComplete() const
 bool FolderCalendarStore::holdsUid(const QString &calendarUid, const QString &plainUid) const
 {
     const Collection *collection = d->synchronizer.collection(calendarUid);
-    return collection && collection->holdsUid(plainUid);
+    return collection && collection->items().holdsUid(plainUid);
 }
 
 CalEventList FolderCalendarStore::events(
     const QDateTime &start, const QDateTime &end, const CalCalendarList &calendars) const
 {
-    const Question question { start.toSecsSinceEpoch(), end.toSecsSinceEpoch(), ICalendar::ZoneRegistry::localZone(),
-        QTimeZone::systemTimeZoneId() };
+    const Items::EventQuestion question(start, end);
     CalEventList events;
     for (const CalCalendarPtr &calendar : calendars) {
-        const Collection *collection = d->synchronizer.collection(calendar->uid());
-        if (!collection)
-            continue;
-        const RecordMaker maker(*collection, collection->record(), *question.local);
-        for (const GroupRef &ref : collection->eventCandidates(question.from, question.to)) {
-            if (ref.get().needsExpansion) {
-                d->addOccurrences(events, *collection, maker, ref, question);
-                continue;
-            }
-            const Item &item = ref.file->representative(ref.get());
-            const auto times = FolderStore::timesOfItem(item);
-            if (times && question.includes(*times))
-                events << maker.event(ref, item, *times,
-                    item.recurrenceId ? FolderStore::recurrenceIdText(*item.recurrenceId) : QString());
+        if (const Collection *const collection = d->synchronizer.collection(calendar->uid())) {
+            events += Items::eventsOf(collection->items(), collection->record(), question,
+                [&](const Items::GroupRef &series) { d->noteRepeatsTooOften(*collection, series); });
         }
     }
     return events;
@@ -163,16 +111,10 @@ CalEventList FolderCalendarStore::events(
 
 CalTaskList FolderCalendarStore::tasks(TaskState state, const QDateTime &since, const CalCalendarList &calendars) const
 {
-    const ICalendar::ZonePtr local = ICalendar::ZoneRegistry::localZone();
-    const ICalendar::UtcSeconds sinceSeconds = since.isValid() ? since.toSecsSinceEpoch() : 0;
     CalTaskList tasks;
     for (const CalCalendarPtr &calendar : calendars) {
-        const Collection *collection = d->synchronizer.collection(calendar->uid());
-        if (!collection)
-            continue;
-        const RecordMaker maker(*collection, collection->record(), *local);
-        for (const GroupRef &ref : collection->tasks().inState(state, sinceSeconds))
-            tasks << maker.task(ref);
+        if (const Collection *const collection = d->synchronizer.collection(calendar->uid()))
+            tasks += Items::tasksOf(collection->items(), collection->record(), state, since);
     }
     return tasks;
 }

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "FolderScanner.h"
 
-#include "ProblemLog.h"
+#include <ProblemLog.h>
 
 #include <QDir>
 #include <QFile>
@@ -60,7 +60,7 @@ bool isWritable(const QString &path)
 
 } // namespace
 
-QList<FoundCollection> scanRoot(const QString &root, ProblemLog &log)
+QList<FoundCollection> scanRoot(const QString &root, Items::ProblemLog &log)
 {
     QList<FoundCollection> found;
     const auto names = namesIn(root);

@@ -8,10 +8,13 @@
 #include <QString>
 #include <QStringList>
 
+namespace Items
+{
+class ProblemLog;
+}
+
 namespace FolderStore
 {
-
-class ProblemLog;
 
 // A place below the root that is a calendar.
 struct FoundCollection {
@@ -25,7 +28,7 @@ struct FoundCollection {
 };
 
 // The calendars below a root, by name. What cannot be one is noted.
-QList<FoundCollection> scanRoot(const QString &root, ProblemLog &log);
+QList<FoundCollection> scanRoot(const QString &root, Items::ProblemLog &log);
 
 // How the item files of a folder differ from what is known of them.
 struct FolderDifferences {

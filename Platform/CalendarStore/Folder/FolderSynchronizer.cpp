@@ -37,7 +37,8 @@ constexpr std::array waitsForUnfinished { 300ms, 1000ms };
 
 bool holds(const FileSnapshot *file, ICalendar::Item::Kind kind)
 {
-    return file && std::ranges::any_of(file->groups(), [&](const ItemGroup &group) { return group.kind == kind; });
+    return file
+        && std::ranges::any_of(file->groups(), [&](const Items::ItemGroup &group) { return group.kind == kind; });
 }
 
 bool looksTheSame(const CalCalendar &left, const CalCalendar &right)
@@ -66,7 +67,7 @@ FolderSynchronizer::FolderSynchronizer(FolderCalendarStore::Options options, std
     m_nextTurn.setSingleShot(true);
     m_nextTurn.setInterval(0);
     connect(&m_nextTurn, &QTimer::timeout, this, &FolderSynchronizer::lookIntoSuspects);
-    connect(&m_announcer, &ChangeAnnouncer::changed, this, &FolderSynchronizer::changed);
+    connect(&m_announcer, &Items::ChangeAnnouncer::changed, this, &FolderSynchronizer::changed);
 }
 
 FolderSynchronizer::~FolderSynchronizer() = default;
@@ -103,7 +104,7 @@ Collection *FolderSynchronizer::collection(const QString &uid) const
 void FolderSynchronizer::takeOwn(Collection &collection, const FileSnapshotPtr &snapshot)
 {
     // An answer that is still on its way was read before this.
-    m_latestTickets.remove(collection.pathOf(snapshot->fileName()));
+    m_latestTickets.remove(collection.pathOf(snapshot->name()));
     takeSnapshot(collection, snapshot, CalBackendChange::Author::Ourselves);
 }
 
@@ -334,7 +335,7 @@ void FolderSynchronizer::followLink(const Collection &collection, const FileSnap
         return;
     const QString folder = folderOf(target);
     m_watcher->watch(folder);
-    m_links[folder][target.mid(folder.size() + 1)].insert({ collection.uid(), snapshot.fileName() });
+    m_links[folder][target.mid(folder.size() + 1)].insert({ collection.uid(), snapshot.name() });
 }
 
 void FolderSynchronizer::suspect(const Collection &collection, const QString &fileName)
@@ -365,7 +366,7 @@ void FolderSynchronizer::order(const Collection &collection, const QString &file
     const QString path = collection.pathOf(fileName);
     const FileSnapshotPtr known = collection.file(fileName);
     m_latestTickets.insert(path, ++m_lastTicket);
-    m_orders << ReadingOrder { m_lastTicket, collection.uid(), fileName, path, known ? known->hash() : QByteArray(),
+    m_orders << ReadingOrder { m_lastTicket, collection.uid(), fileName, path, known ? known->version() : QByteArray(),
         known ? known->linkTarget() : QString() };
     if (m_isOpening)
         m_firstReading.insert(m_lastTicket);
@@ -434,10 +435,10 @@ void FolderSynchronizer::take(const ReadingAnswer &answer)
 void FolderSynchronizer::takeSnapshot(
     Collection &collection, const FileSnapshotPtr &snapshot, CalBackendChange::Author author)
 {
-    const QString path = collection.pathOf(snapshot->fileName());
+    const QString path = collection.pathOf(snapshot->name());
     m_waits.remove(path);
     const CalCalendarPtr recordBefore = collection.record();
-    const FileSnapshotPtr before = collection.file(snapshot->fileName());
+    const FileSnapshotPtr before = collection.file(snapshot->name());
     collection.setFile(snapshot);
     followLink(collection, *snapshot);
     noteProblems(path, *snapshot);
@@ -446,16 +447,16 @@ void FolderSynchronizer::takeSnapshot(
 
 bool FolderSynchronizer::isAwaited(const Collection &collection, const FileSnapshotPtr &snapshot)
 {
-    const FileSnapshotPtr known = collection.file(snapshot->fileName());
+    const FileSnapshotPtr known = collection.file(snapshot->name());
     if (!m_watcher || !snapshot->looksUnfinished() || !known || known->looksUnfinished())
         return false;
-    const QString path = collection.pathOf(snapshot->fileName());
+    const QString path = collection.pathOf(snapshot->name());
     int &waits = m_waits[path];
     if (waits >= static_cast<int>(waitsForUnfinished.size()))
         return false;
     const auto wait = waitsForUnfinished.at(static_cast<size_t>(waits));
     ++waits;
-    QTimer::singleShot(wait, this, [this, uid = collection.uid(), name = snapshot->fileName()] {
+    QTimer::singleShot(wait, this, [this, uid = collection.uid(), name = snapshot->name()] {
         if (Collection *still = this->collection(uid))
             readAgain(*still, name);
     });

@@ -1,13 +1,13 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "ChangeAnnouncer.h"
 #include "Collection.h"
 #include "FolderCalendarStore.h"
 #include "FolderWatcher.h"
-#include "ProblemLog.h"
 #include "ReadingWorker.h"
 
+#include <ChangeAnnouncer.h>
+#include <ProblemLog.h>
 #include <ZoneRegistry.h>
 
 #include <QObject>
@@ -45,7 +45,7 @@ public:
     const QString &root() const { return m_options.root; }
     bool isComplete() const { return m_firstReading.isEmpty(); }
 
-    ProblemLog &log() { return m_log; }
+    Items::ProblemLog &log() { return m_log; }
     ICalendar::ZoneRegistry &zones() { return m_zones; }
 
     // Takes in what this process itself has written.
@@ -104,10 +104,10 @@ private:
         CalBackendChange::Author author = CalBackendChange::Author::Others);
 
     FolderCalendarStore::Options m_options;
-    ProblemLog m_log;
+    Items::ProblemLog m_log;
     ICalendar::ZoneRegistry m_zones;
     std::vector<std::unique_ptr<Collection>> m_collections;
-    ChangeAnnouncer m_announcer;
+    Items::ChangeAnnouncer m_announcer;
     std::unique_ptr<FolderWatcher> m_watcher;
     std::unique_ptr<ReadingWorker> m_worker;
     QString m_watchedAncestor; // while the root is not there

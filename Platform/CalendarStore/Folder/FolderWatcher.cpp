@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "FolderWatcher.h"
 
-#include "ProblemLog.h"
+#include <ProblemLog.h>
 
 #include <QFile>
 #include <QSocketNotifier>
@@ -157,7 +157,7 @@ void FolderWatcher::lookFromNowOn()
 {
     if (m_looking.isActive())
         return;
-    qCWarning(storeLog) << "Folders cannot all be watched; changes are looked for every few seconds.";
+    qCWarning(Items::storeLog) << "Folders cannot all be watched; changes are looked for every few seconds.";
     m_looking.start();
 }
 

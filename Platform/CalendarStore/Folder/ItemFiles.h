@@ -7,6 +7,7 @@
 #include <CalCalendarItem.h>
 #include <Clock.h>
 #include <StoreError.h>
+#include <StoredText.h>
 
 #include <QSet>
 #include <QString>
@@ -19,15 +20,9 @@ namespace FolderStore
 class FolderSynchronizer;
 
 // An item as it stands in its file at this moment, which is the state that a record was read in.
-struct StoredItem {
+struct StoredItem : Items::StoredText {
     Collection *collection = nullptr;
     QString path;
-    FileSnapshotPtr file;
-    int group = 0;
-    QByteArray text;
-
-    const ItemGroup &groupInFile() const { return file->groups().at(static_cast<size_t>(group)); }
-    const ICalendar::Item &item() const { return file->representative(groupInFile()); }
 };
 
 // What a removal made of a file.
@@ -66,16 +61,9 @@ public:
     // The item with all that belongs to it: the file, or its part of a file that holds more.
     Result<RemovedItem, StoreError> takeOut(const StoredItem &stored, const CalCalendarItem &record);
 
-    // Where a record comes from that is kept in that file. Nothing when the file does not hold it.
-    std::optional<CalItemOrigin> originIn(
-        const Collection &collection, const FileSnapshot &file, const CalCalendarItem &record) const;
-    // The group of the file that a record was read from.
-    static std::optional<int> groupIn(const FileSnapshot &file, const CalCalendarItem &record);
-
     QDateTime now() const { return m_clock.now(); }
     FolderSynchronizer &synchronizer() { return m_synchronizer; }
 
-    static StoreError refusal(const CalCalendarItem &record, StoreError::Code code, const QString &reason);
     static StoreError refusal(const CalCalendarItem &record, const WritingFault &fault);
 
 private:

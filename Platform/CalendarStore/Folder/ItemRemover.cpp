@@ -2,23 +2,17 @@
 #include "ItemRemover.h"
 
 #include "FolderSynchronizer.h"
-#include "ItemExtract.h"
-#include "SeriesPatch.h"
 
 #include <CalEvent.h>
 #include <CalTask.h>
-
-#include <QCoreApplication>
-
-using namespace Qt::StringLiterals;
+#include <Refusal.h>
+#include <SeriesPatch.h>
 
 namespace FolderStore
 {
 
 namespace
 {
-
-using Code = StoreError::Code;
 
 // Puts the file back as it was, to the byte.
 class FileRestoration final : public CalRemoval
@@ -43,10 +37,8 @@ public:
 private:
     Result<void, StoreError> putBackFile(Collection &collection)
     {
-        if (!m_isHeldTwice && collection.holdsUid(m_record->origin().plainUid)) {
-            return ItemFiles::refusal(
-                *m_record, Code::Conflict, QCoreApplication::translate("Vantle", "It is there again already."));
-        }
+        if (!m_isHeldTwice && collection.items().holdsUid(m_record->origin().plainUid))
+            return Items::thereAgain(*m_record);
         const auto created
             = m_files.create(collection, m_removed.fileName, m_removed.before, *m_record, m_removed.mode);
         return created ? Result<void, StoreError>() : Result<void, StoreError>(created.error());
@@ -54,7 +46,8 @@ private:
 
     Result<void, StoreError> putBackIntoFile(Collection &collection)
     {
-        const auto stored = m_files.findFile(collection, *m_record, m_removed.fileName, hashOf(*m_removed.after));
+        const auto stored
+            = m_files.findFile(collection, *m_record, m_removed.fileName, Items::ItemSet::versionOf(*m_removed.after));
         if (!stored)
             return stored.error();
         const auto written = m_files.replace(stored.value(), m_removed.before, *m_record);
@@ -78,7 +71,8 @@ template <typename Record> CalCalendarItemPtr recordAsRead(const Record &record)
 std::unique_ptr<CalRemoval> restoration(
     ItemFiles &files, const Collection &collection, const CalCalendarItemPtr &record, const RemovedItem &removed)
 {
-    return std::make_unique<FileRestoration>(files, record, removed, collection.holdsUid(record->origin().plainUid));
+    return std::make_unique<FileRestoration>(
+        files, record, removed, collection.items().holdsUid(record->origin().plainUid));
 }
 
 } // namespace
@@ -106,7 +100,7 @@ ItemRemover::Outcome ItemRemover::remove(const CalCalendarItemPtr &record, CalSp
     const auto stored = m_files.find(*collection.value(), *record);
     if (!stored)
         return stored.error();
-    const bool isOneOfSeries = span == CalSpanThisEvent && stored.value().groupInFile().needsExpansion;
+    const bool isOneOfSeries = span == CalSpanThisEvent && stored.value().groupInSet().needsExpansion;
     const auto removed
         = isOneOfSeries ? takeOutOccurrence(stored.value(), *record) : m_files.takeOut(stored.value(), *record);
     if (!removed)
@@ -117,7 +111,7 @@ ItemRemover::Outcome ItemRemover::remove(const CalCalendarItemPtr &record, CalSp
 // The last occurrence that is left takes the whole series with it.
 Result<RemovedItem, StoreError> ItemRemover::takeOutOccurrence(const StoredItem &stored, const CalCalendarItem &record)
 {
-    const auto without = seriesTextWithoutOccurrence(
+    const auto without = Items::seriesTextWithoutOccurrence(
         stored, static_cast<const CalEvent &>(record), m_files.now(), m_files.synchronizer().zones());
     if (!without)
         return without.error();
@@ -126,7 +120,7 @@ Result<RemovedItem, StoreError> ItemRemover::takeOutOccurrence(const StoredItem 
     const auto written = m_files.replace(stored, without.value(), record);
     if (!written)
         return written.error();
-    return RemovedItem { stored.file->fileName(), stored.text, without.value(), 0 };
+    return RemovedItem { stored.set->name(), stored.text, without.value(), 0 };
 }
 
 } // namespace FolderStore

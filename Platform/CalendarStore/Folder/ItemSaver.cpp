@@ -1,18 +1,17 @@
 // SPDX-License-Identifier: MIT
 #include "ItemSaver.h"
 
-#include "AlarmPatch.h"
 #include "FolderSynchronizer.h"
-#include "ItemExtract.h"
-#include "ItemPatch.h"
-#include "SeriesPatch.h"
 
 #include <CalEvent.h>
 #include <CalTask.h>
+#include <ItemExtract.h>
+#include <ItemPatch.h>
+#include <RecordPlace.h>
+#include <Refusal.h>
+#include <SeriesPatch.h>
 
-#include <QCoreApplication>
 #include <QFileInfo>
-#include <QUuid>
 
 using namespace Qt::StringLiterals;
 
@@ -22,8 +21,6 @@ namespace FolderStore
 namespace
 {
 
-using Code = StoreError::Code;
-
 bool canBeStored(const CalEvent &event)
 {
     return event.startDate().isValid() && event.endDate().isValid();
@@ -32,41 +29,6 @@ bool canBeStored(const CalEvent &event)
 bool canBeStored(const CalTask & /*task*/)
 {
     return true;
-}
-
-// What a save makes of some values of a to-do.
-void takeStoredValues(CalTask &task, const ICalendar::Item &item)
-{
-    task.setCompletedDate(
-        item.completed ? std::optional(QDateTime::fromSecsSinceEpoch(*item.completed)) : std::nullopt);
-    task.setIsDueDateOnly(item.due && item.due->isDate());
-}
-
-void takeStoredValues(CalEvent & /*event*/, const ICalendar::Item & /*item*/) { }
-
-// The record as if it had been read from that file. The group that it comes from is there: it was just written.
-template <typename Record>
-void countAsRead(Record &record, const ItemFiles &files, const Collection &collection, const FileSnapshot &file)
-{
-    if (const auto origin = files.originIn(collection, file, record))
-        record.setOrigin(*origin);
-    if (const auto group = ItemFiles::groupIn(file, record))
-        takeStoredValues(record, file.representative(file.groups().at(static_cast<size_t>(*group))));
-    renumberAlarms(record);
-    record.markAsRead();
-}
-
-template <typename Record> QByteArray textOfNew(const Record &record, const QString &uid, ItemFiles &files)
-{
-    FileContent content;
-    content.bytes = newItemText(record, uid, files.now());
-    const FileSnapshot empty(uid + u".ics"_s, content, files.synchronizer().zones());
-    return patchedText(content.bytes, empty.item(0), record, files.now());
-}
-
-QString noStart()
-{
-    return QCoreApplication::translate("Vantle", "An event needs a start and an end.");
 }
 
 } // namespace
@@ -81,7 +43,7 @@ Result<void, StoreError> ItemSaver::save(CalTask &task)
     if (!task.origin().isStored())
         return create(task);
     return change(task, task.calendar(), [this, &task](const StoredItem &stored) -> Result<QByteArray, StoreError> {
-        return patchedText(stored.text, stored.item(), task, m_files.now());
+        return Items::patchedText(stored.text, stored.item(), task, m_files.now());
     });
 }
 
@@ -98,21 +60,21 @@ Result<void, StoreError> ItemSaver::save(CalEvent &event, CalSpan span)
 Result<QByteArray, StoreError> ItemSaver::newText(const CalEvent &event, const QString &uid) const
 {
     if (!canBeStored(event))
-        return ItemFiles::refusal(event, Code::Invalid, noStart());
+        return Items::withoutTimes(event);
     // Also when it has a place already: what is written as new has not been changed yet.
     CalEvent fresh(event);
     fresh.setOrigin({});
-    return textOfNew(fresh, uid, m_files);
+    return Items::textOfNew(fresh, uid, m_files.now(), m_files.synchronizer().zones());
 }
 
 Result<QByteArray, StoreError> ItemSaver::changedText(
     const StoredItem &stored, const CalEvent &event, CalSpan span) const
 {
     if (!canBeStored(event))
-        return ItemFiles::refusal(event, Code::Invalid, noStart());
-    if (stored.groupInFile().needsExpansion && event.asRead())
-        return patchedSeriesText(stored, event, span, m_files.now(), m_files.synchronizer().zones());
-    return patchedText(stored.text, stored.item(), event, m_files.now());
+        return Items::withoutTimes(event);
+    if (stored.groupInSet().needsExpansion && event.asRead())
+        return Items::patchedSeriesText(stored, event, span, m_files.now(), m_files.synchronizer().zones());
+    return Items::patchedText(stored.text, stored.item(), event, m_files.now());
 }
 
 Result<void, StoreError> ItemSaver::moveChanged(
@@ -121,15 +83,9 @@ Result<void, StoreError> ItemSaver::moveChanged(
     return move(event, stored, text, target);
 }
 
-void ItemSaver::countAsReadAnew(CalEvent &event, const Collection &collection, const FileSnapshot &file) const
+void ItemSaver::countAsReadAnew(CalEvent &event, const Collection &collection, const FileSnapshot &file)
 {
-    countAsRead(event, m_files, collection, file);
-}
-
-// Of characters that are safe in every file system and for every program, and taken by nobody.
-QString ItemSaver::newIdentifier()
-{
-    return QUuid::createUuid().toString(QUuid::WithoutBraces);
+    Items::countAsRead(event, collection.items(), file);
 }
 
 template <typename Record> Result<void, StoreError> ItemSaver::create(Record &record)
@@ -138,11 +94,12 @@ template <typename Record> Result<void, StoreError> ItemSaver::create(Record &re
     if (!collection)
         return collection.error();
     if (!canBeStored(record))
-        return ItemFiles::refusal(record, Code::Invalid, noStart());
+        return Items::withoutTimes(record);
 
-    const QString uid = newIdentifier();
+    const QString uid = Items::newIdentifier();
     const QString fileName = uid + u".ics"_s;
-    const auto created = m_files.create(*collection.value(), fileName, textOfNew(record, uid, m_files), record);
+    const QByteArray text = Items::textOfNew(record, uid, m_files.now(), m_files.synchronizer().zones());
+    const auto created = m_files.create(*collection.value(), fileName, text, record);
     if (!created)
         return created.error();
 
@@ -150,7 +107,7 @@ template <typename Record> Result<void, StoreError> ItemSaver::create(Record &re
     origin.plainUid = uid;
     origin.resource = fileName;
     record.setOrigin(origin);
-    countAsRead(record, m_files, *collection.value(), *created.value());
+    Items::countAsRead(record, collection.value()->items(), *created.value());
     return {};
 }
 
@@ -164,14 +121,14 @@ Result<void, StoreError> ItemSaver::change(Record &record, const CalCalendarPtr 
     if (!from)
         return from.error();
     const bool isMove = into.value() != from.value();
-    if (!isMove && record.asRead() && !differsFromRead(record))
+    if (!isMove && record.asRead() && !Items::differsFromRead(record))
         return {};
     const auto stored = m_files.find(*from.value(), record);
     if (!stored)
         return stored.error();
 
     QByteArray changed = stored.value().text;
-    if (!record.asRead() || differsFromRead(record)) {
+    if (!record.asRead() || Items::differsFromRead(record)) {
         const Result<QByteArray, StoreError> patched = text(stored.value());
         if (!patched)
             return patched.error();
@@ -182,7 +139,7 @@ Result<void, StoreError> ItemSaver::change(Record &record, const CalCalendarPtr 
     const auto written = m_files.replace(stored.value(), changed, record);
     if (!written)
         return written.error();
-    countAsRead(record, m_files, *into.value(), *written.value());
+    Items::countAsRead(record, into.value()->items(), *written.value());
     return {};
 }
 
@@ -191,19 +148,15 @@ template <typename Record>
 Result<void, StoreError> ItemSaver::move(
     Record &record, const StoredItem &stored, const QByteArray &text, Collection &target)
 {
-    if (target.holdsUid(record.origin().plainUid)) {
-        return ItemFiles::refusal(record, Code::Conflict,
-            QCoreApplication::translate("Vantle", "The calendar already holds an item with the same identifier."));
-    }
+    if (target.items().holdsUid(record.origin().plainUid))
+        return Items::identifierTaken(record);
     // The changes may have put lines in, so the places are those of the new text.
-    FileContent content;
-    content.bytes = text;
-    const FileSnapshot changed(stored.file->fileName(), content, m_files.synchronizer().zones());
-    const auto group = ItemFiles::groupIn(changed, record);
-    const QByteArray moved = group ? textOfGroupAlone(changed, *group, text) : text;
-    QString fileName = stored.file->fileName();
+    const Items::ItemSet changed(stored.set->name(), text, m_files.synchronizer().zones());
+    const auto group = Items::groupIn(changed, record);
+    const QByteArray moved = group ? Items::textOfGroupAlone(changed, *group, text) : text;
+    QString fileName = stored.set->name();
     if (QFileInfo::exists(target.pathOf(fileName)))
-        fileName = newIdentifier() + u".ics"_s;
+        fileName = Items::newIdentifier() + u".ics"_s;
     const auto created = m_files.create(target, fileName, moved, record);
     if (!created)
         return created.error();
@@ -211,12 +164,12 @@ Result<void, StoreError> ItemSaver::move(
     const auto left = m_files.takeOut(stored, record);
     if (!left) {
         // Both are whole. The new one goes, unless somebody has made something of it already.
-        const StoredItem copy { &target, target.pathOf(fileName), created.value(), 0, moved };
+        const StoredItem copy { { created.value(), 0, moved }, &target, target.pathOf(fileName) };
         if (const auto removed = m_files.remove(copy, record); !removed)
             return removed.error();
         return left.error();
     }
-    countAsRead(record, m_files, target, *created.value());
+    Items::countAsRead(record, target.items(), *created.value());
     return {};
 }
 

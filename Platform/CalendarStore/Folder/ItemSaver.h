@@ -25,8 +25,7 @@ public:
     // `text` is the new text of the stored item's file, of which the item goes into another calendar.
     Result<void, StoreError> moveChanged(
         CalEvent &event, const StoredItem &stored, const QByteArray &text, Collection &target);
-    void countAsReadAnew(CalEvent &event, const Collection &collection, const FileSnapshot &file) const;
-    static QString newIdentifier();
+    static void countAsReadAnew(CalEvent &event, const Collection &collection, const FileSnapshot &file);
 
 private:
     template <typename Record> Result<void, StoreError> create(Record &record);

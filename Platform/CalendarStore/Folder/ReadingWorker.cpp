@@ -27,7 +27,7 @@ ReadingAnswer carryOut(const ReadingOrder &order, ICalendar::ZoneRegistry &zones
     const auto content = readRegularFile(order.path, Limits::itemFileBytes);
     if (!content)
         return { order, nullptr, content.error() };
-    if (!order.knownHash.isEmpty() && hashOf(content.value().bytes) == order.knownHash
+    if (!order.knownHash.isEmpty() && Items::ItemSet::versionOf(content.value().bytes) == order.knownHash
         && content.value().linkTarget == order.knownLinkTarget)
         return { order, nullptr, std::nullopt };
     return { order, std::make_shared<const FileSnapshot>(order.fileName, content.value(), zones), std::nullopt };

@@ -3,9 +3,10 @@
 
 #include "FirstStep.h"
 #include "FolderSynchronizer.h"
-#include "ItemPatch.h"
 
 #include <CalEvent.h>
+#include <ItemPatch.h>
+#include <RecordPlace.h>
 
 using namespace Qt::StringLiterals;
 
@@ -61,7 +62,7 @@ void TwoStepSaver::mendLeftOvers(const QString &root)
 // Whether the record is the one whose first step was the last save.
 bool TwoStepSaver::isContinued(const CalEvent &event) const
 {
-    if (!m_first || event.origin().version != hashOf(m_first->save.after))
+    if (!m_first || event.origin().version != Items::ItemSet::versionOf(m_first->save.after))
         return false;
     const Collection *const collection = m_files.synchronizer().collection(m_first->calendar);
     const bool isSameState = event.asRead() ? event.asRead()->origin().version == m_first->originBefore.version
@@ -94,7 +95,7 @@ Result<void, StoreError> TwoStepSaver::beginNew(CalEvent &event)
     if (!collection)
         return collection.error();
     CalItemOrigin origin;
-    origin.plainUid = ItemSaver::newIdentifier();
+    origin.plainUid = Items::newIdentifier();
     origin.resource = origin.plainUid + u".ics"_s;
     const auto text = m_saver.newText(event, origin.plainUid);
     if (!text)
@@ -123,7 +124,7 @@ Result<void, StoreError> TwoStepSaver::take(CalEvent &event, const FirstStep &st
     }
     m_first = step;
     const Collection *const collection = m_files.synchronizer().collection(step.calendar);
-    if (const auto origin = m_files.originIn(*collection, *written.value(), event))
+    if (const auto origin = Items::originIn(collection->items(), *written.value(), event))
         event.setOrigin(*origin);
     return {};
 }
@@ -157,7 +158,7 @@ Result<void, StoreError> TwoStepSaver::proceed(CalEvent &event, CalSpan span)
     if (span == CalSpanThisEvent && isOneOfSeries(event)) {
         // Not the second step, but the first one done again.
         m_first->save.after = text.value();
-        if (const auto origin = m_files.originIn(*from, *written.value(), event))
+        if (const auto origin = Items::originIn(from->items(), *written.value(), event))
             event.setOrigin(*origin);
         return {};
     }
@@ -173,14 +174,12 @@ Result<QByteArray, StoreError> TwoStepSaver::textOfBoth(
     const auto &before = m_first->save.before;
     if (!before)
         return m_saver.newText(event, event.origin().plainUid);
-    if (!event.asRead() || !differsFromRead(event))
+    if (!event.asRead() || !Items::differsFromRead(event))
         return *before;
-    FileContent content;
-    content.bytes = *before;
     StoredItem base = stored;
     base.text = *before;
-    base.file = std::make_shared<const FileSnapshot>(stored.file->fileName(), content, m_files.synchronizer().zones());
-    base.group = ItemFiles::groupIn(*base.file, event).value_or(0);
+    base.set = std::make_shared<const Items::ItemSet>(stored.set->name(), *before, m_files.synchronizer().zones());
+    base.group = Items::groupIn(*base.set, event).value_or(0);
     return m_saver.changedText(base, event, span);
 }
 

@@ -1,0 +1,47 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "EventIndex.h"
+#include "ExpansionCache.h"
+#include "TaskIndex.h"
+
+#include <QHash>
+#include <QString>
+#include <QStringList>
+
+#include <vector>
+
+namespace Items
+{
+
+// What the item sets of one calendar hold: events by time, to-dos by state, and who has which UID. The calendar owns
+// the sets and takes each out before it goes. Answers from memory.
+class ItemIndex final
+{
+public:
+    void add(const ItemSet &set);
+    void remove(const ItemSet &set);
+
+    // Whether any UID stands in several sets.
+    bool hasSharedUids() const { return m_sharedUids > 0; }
+    bool holdsUid(const QString &uid) const { return m_setsByUid.contains(uid); }
+    std::vector<GroupRef> eventCandidates(ICalendar::UtcSeconds from, ICalendar::UtcSeconds to) const
+    {
+        return m_events.candidates(from, to);
+    }
+    const TaskIndex &tasks() const { return m_tasks; }
+    ExpansionCache &expansions() const { return m_expansions; }
+
+    // Tells a group apart from others of the same UID in this calendar; empty for the first of
+    // them, sets taken by name.
+    QString distinctionOf(const GroupRef &ref) const;
+
+private:
+    QHash<QString, QStringList> m_setsByUid; // names of sets in order, each once
+    int m_sharedUids = 0; // how many UIDs stand in several sets
+    EventIndex m_events;
+    TaskIndex m_tasks;
+    mutable ExpansionCache m_expansions; // derived from the sets
+};
+
+} // namespace Items

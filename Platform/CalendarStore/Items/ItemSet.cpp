@@ -1,0 +1,161 @@
+// SPDX-License-Identifier: MIT
+#include "ItemSet.h"
+
+#include "ItemTimes.h"
+
+#include <ICalendarReader.h>
+#include <RecurrenceExpander.h>
+#include <ZoneRegistry.h>
+
+#include <QCryptographicHash>
+
+#include <algorithm>
+
+using namespace Qt::StringLiterals;
+
+namespace Items
+{
+
+using ICalendar::Item;
+using ICalendar::UtcSeconds;
+
+namespace
+{
+
+// More than any two zones, of today or of the past, lie apart.
+constexpr qint64 zoneMargin = 32 * 60 * 60;
+
+UtcSeconds roughInstant(const ICalendar::CivilTime &time, const ICalendar::Zone &local)
+{
+    return time.toUtc(local);
+}
+
+void widen(std::optional<UtcSeconds> &earliest, UtcSeconds instant)
+{
+    earliest = earliest ? std::min(*earliest, instant) : instant;
+}
+
+} // namespace
+
+ItemSet::ItemSet(QString name, const QByteArray &text, ICalendar::ZoneRegistry &zones)
+    : m_name(std::move(name))
+    , m_version(versionOf(text))
+    , m_document(ICalendar::readDocument(text, zones))
+{
+    nameTheNameless();
+    makeGroups();
+}
+
+QByteArray ItemSet::versionOf(const QByteArray &text)
+{
+    return QCryptographicHash::hash(text, QCryptographicHash::Sha1);
+}
+
+const QString &ItemSet::uidOf(const ItemGroup &group) const
+{
+    return representative(group).uid;
+}
+
+const Item &ItemSet::representative(const ItemGroup &group) const
+{
+    return item(group.master >= 0 ? group.master : group.overrides.first());
+}
+
+void ItemSet::nameTheNameless()
+{
+    int nameless = 0;
+    for (Item &each : m_document.items) {
+        if (!each.uid.isEmpty())
+            continue;
+        ++nameless;
+        each.uid = nameless == 1 ? m_name : u"%1#%2"_s.arg(m_name).arg(nameless);
+    }
+}
+
+void ItemSet::makeGroups()
+{
+    QHash<QString, int> seriesByUid;
+    // Series first: an override may stand before its series in the text.
+    for (const bool overrides : { false, true }) {
+        for (int index = 0; index < m_document.items.size(); ++index) {
+            if (item(index).recurrenceId.has_value() != overrides)
+                continue;
+            if (item(index).kind == Item::Kind::Task)
+                addTask(index);
+            else
+                addEvent(index, seriesByUid);
+        }
+    }
+    for (ItemGroup &group : m_groups)
+        boundTimes(group);
+    m_uids = m_groupsByUid.keys();
+    m_groupsByUid.clear();
+}
+
+void ItemSet::addTask(int index)
+{
+    ItemGroup group;
+    group.kind = Item::Kind::Task;
+    group.master = index;
+    group.ordinal = m_groupsByUid[item(index).uid]++;
+    m_groups.push_back(std::move(group));
+}
+
+void ItemSet::addEvent(int index, QHash<QString, int> &seriesByUid)
+{
+    const Item &event = item(index);
+    if (event.recurrenceId) {
+        if (const auto series = seriesByUid.constFind(event.uid); series != seriesByUid.cend()) {
+            ItemGroup &group = m_groups[static_cast<size_t>(*series)];
+            group.overrides << index;
+            group.needsExpansion = true;
+            return;
+        }
+    }
+    ItemGroup group;
+    group.needsExpansion = event.repeats() && !event.recurrenceId;
+    // An override without its series takes part by itself, like an event that happens once.
+    if (event.recurrenceId)
+        group.overrides << index;
+    else
+        group.master = index;
+    group.ordinal = m_groupsByUid[event.uid]++;
+    if (!event.recurrenceId && !seriesByUid.contains(event.uid))
+        seriesByUid.insert(event.uid, static_cast<int>(m_groups.size()));
+    m_groups.push_back(std::move(group));
+}
+
+void ItemSet::boundTimes(ItemGroup &group) const
+{
+    if (group.kind != Item::Kind::Event)
+        return;
+    const ICalendar::ZonePtr local = ICalendar::ZoneRegistry::localZone();
+    std::optional<UtcSeconds> earliest;
+    if (!group.needsExpansion) {
+        const auto times = timesOfItem(representative(group));
+        if (!times)
+            return;
+        group.earliest = roughInstant(times->start, *local) - zoneMargin;
+        group.latest = std::max(roughInstant(times->end, *local), *group.earliest + zoneMargin) + zoneMargin;
+        return;
+    }
+
+    QList<const Item *> overrides;
+    for (const int index : group.overrides) {
+        overrides << &item(index);
+        if (const auto times = timesOfItem(item(index)))
+            widen(earliest, roughInstant(times->start, *local));
+    }
+    const Item &master = item(group.master);
+    if (const auto times = timesOfItem(master))
+        widen(earliest, roughInstant(times->start, *local));
+    for (const ICalendar::AddedDate &added : master.added)
+        widen(earliest, roughInstant(added.start, *local));
+    if (!earliest)
+        return;
+    group.earliest = *earliest - zoneMargin;
+    if (const auto end = ICalendar::lastEnd(master, overrides, *local))
+        group.latest = std::max(*end, *earliest) + zoneMargin;
+}
+
+} // namespace Items

@@ -1,0 +1,141 @@
+// SPDX-License-Identifier: MIT
+#include "RecordMaker.h"
+
+#include "ItemIndex.h"
+
+#include <CalEvent.h>
+#include <CalTask.h>
+
+using namespace Qt::StringLiterals;
+
+namespace Items
+{
+
+using ICalendar::CivilTime;
+using ICalendar::Item;
+
+namespace
+{
+
+QDateTime localTime(ICalendar::UtcSeconds instant)
+{
+    return QDateTime::fromSecsSinceEpoch(instant);
+}
+
+// A property that holds nothing counts as one that is not there.
+std::optional<QString> unlessEmpty(const std::optional<QString> &text)
+{
+    return text && !text->isEmpty() ? text : std::nullopt;
+}
+
+std::optional<QUrl> urlOf(const std::optional<QString> &text)
+{
+    const auto given = unlessEmpty(text);
+    return given ? std::optional(QUrl(given->trimmed(), QUrl::TolerantMode)) : std::nullopt;
+}
+
+CalAlarmPtr alarmRecord(const ICalendar::Alarm &alarm, int index)
+{
+    auto record = std::make_shared<CalAlarm>();
+    record->setSound(unlessEmpty(alarm.sound));
+    // After the sound, which would make a message alarm another kind than the stored one.
+    record->setAction(alarm.action.isEmpty() ? CalAlarmActionDisplay : alarm.action);
+    record->setEmailAddress(unlessEmpty(alarm.emailAddress));
+    record->setUrl(urlOf(alarm.url));
+    record->setRelativeTrigger(static_cast<double>(alarm.relativeTrigger));
+    record->setRelatedToEnd(alarm.relatedToEnd);
+    if (alarm.absoluteTrigger)
+        record->setAbsoluteTrigger(localTime(*alarm.absoluteTrigger));
+    record->setStoredIndex(index);
+    return record;
+}
+
+std::optional<QList<CalAttendee>> attendeesOf(const Item &item)
+{
+    if (item.attendees.isEmpty())
+        return std::nullopt;
+    QList<CalAttendee> attendees;
+    for (const ICalendar::Attendee &each : item.attendees)
+        attendees << CalAttendee { unlessEmpty(each.commonName), QUrl(each.address), unlessEmpty(each.status) };
+    return attendees;
+}
+
+} // namespace
+
+RecordMaker::RecordMaker(const ItemIndex &index, CalCalendarPtr calendar, const ICalendar::Zone &local)
+    : m_index(index)
+    , m_calendar(std::move(calendar))
+    , m_local(local)
+{
+}
+
+CalEventPtr RecordMaker::event(
+    const GroupRef &ref, const Item &item, const ItemTimes &times, const QString &recurrenceId) const
+{
+    auto record = std::make_shared<CalEvent>();
+    fill(*record, ref, item, recurrenceId);
+    const bool isAllDay = times.start.isDate();
+    record->setIsAllDay(isAllDay);
+    record->setStartDate(localTime(times.start.toUtc(m_local)));
+    if (isAllDay && times.end.isDate()) {
+        // Through the calendar, for the last day may be an hour shorter or longer.
+        const QDate lastDay = QDateTime::fromSecsSinceEpoch(times.end.civil - 1, Qt::UTC).date();
+        record->setEndDate(QDateTime(lastDay, QTime(23, 59, 59)));
+    } else {
+        record->setEndDate(std::max(record->startDate(), localTime(times.end.toUtc(m_local))));
+    }
+    record->setLocation(unlessEmpty(item.location));
+    record->setAttendees(attendeesOf(item));
+    record->setIsCancelled(item.isCancelled);
+    if (ref.get().needsExpansion)
+        record->setRecurrenceRule(CalRecurrenceRule { ref.set->item(ref.get().master).rules.join('\n') });
+    record->markAsRead();
+    return record;
+}
+
+CalTaskPtr RecordMaker::task(const GroupRef &ref) const
+{
+    const Item &item = ref.set->representative(ref.get());
+    auto record = std::make_shared<CalTask>();
+    fill(*record, ref, item, item.recurrenceId ? recurrenceIdText(*item.recurrenceId) : QString());
+    if (item.due) {
+        record->setDueDate(localTime(item.due->toUtc(m_local)));
+        record->setIsDueDateOnly(item.due->isDate());
+    }
+    if (item.completed)
+        record->setCompletedDate(localTime(*item.completed));
+    record->setIsCompleted(item.isCompleted);
+    record->setPriority(item.priority);
+    record->markAsRead();
+    return record;
+}
+
+void RecordMaker::fill(
+    CalCalendarItem &record, const GroupRef &ref, const Item &item, const QString &recurrenceId) const
+{
+    record.setCalendar(m_calendar);
+    record.setTitle(unlessEmpty(item.summary));
+    record.setNotes(unlessEmpty(item.description));
+    record.setUrl(urlOf(item.url));
+    CalAlarmList alarms;
+    for (int index = 0; index < item.alarms.size(); ++index)
+        alarms << alarmRecord(item.alarms.at(index), index);
+    record.setAlarms(alarms);
+    // Of sets that share no UID only items of one and the same set need to be told apart.
+    const bool isAlone = ref.get().ordinal == 0 && !m_index.hasSharedUids();
+    const QString distinction = isAlone ? QString() : m_index.distinctionOf(ref);
+    record.setOrigin({ item.uid, recurrenceId, ref.set->name(), distinction, ref.set->version() });
+}
+
+QString recurrenceIdText(const CivilTime &instant)
+{
+    const bool isAnchored
+        = instant.form == CivilTime::Form::Utc || (instant.form == CivilTime::Form::Zoned && instant.zone);
+    const qint64 seconds = isAnchored && instant.zone ? instant.zone->toUtc(instant.civil) : instant.civil;
+    const QDateTime time = QDateTime::fromSecsSinceEpoch(seconds, Qt::UTC);
+    if (instant.isDate())
+        return time.toString(u"yyyyMMdd"_s);
+    return time.toString(isAnchored ? u"yyyyMMdd'T'HHmmss'Z'"_s : u"yyyyMMdd'T'HHmmss"_s);
+}
+
+} // namespace Items

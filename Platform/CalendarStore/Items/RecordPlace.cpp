@@ -1,0 +1,115 @@
+// SPDX-License-Identifier: MIT
+#include "RecordPlace.h"
+
+#include "AlarmPatch.h"
+#include "ItemPatch.h"
+#include "RecordMaker.h"
+
+#include <CalEvent.h>
+#include <CalTask.h>
+
+#include <QUuid>
+
+namespace Items
+{
+
+namespace
+{
+
+// How many groups of the same UID the set has before the record's own.
+int ordinalOf(const CalItemOrigin &origin)
+{
+    const QString numbered = origin.resource + u'#';
+    return origin.distinction.startsWith(numbered) ? origin.distinction.mid(numbered.size()).toInt() - 1 : 0;
+}
+
+ICalendar::Item::Kind kindOf(const CalCalendarItem &record)
+{
+    return record.kind() == CalItemKind::Event ? ICalendar::Item::Kind::Event : ICalendar::Item::Kind::Task;
+}
+
+// What a save makes of some values of a to-do.
+void takeStoredValues(CalTask &task, const ICalendar::Item &item)
+{
+    task.setCompletedDate(
+        item.completed ? std::optional(QDateTime::fromSecsSinceEpoch(*item.completed)) : std::nullopt);
+    task.setIsDueDateOnly(item.due && item.due->isDate());
+}
+
+void takeStoredValues(CalEvent & /*event*/, const ICalendar::Item & /*item*/) { }
+
+template <typename Record> void countRecordAsRead(Record &record, const ItemIndex &index, const ItemSet &set)
+{
+    if (const auto origin = originIn(index, set, record))
+        record.setOrigin(*origin);
+    if (const auto group = groupIn(set, record))
+        takeStoredValues(record, set.representative(set.groups().at(static_cast<size_t>(*group))));
+    renumberAlarms(record);
+    record.markAsRead();
+}
+
+template <typename Record>
+QByteArray textOfNewRecord(
+    const Record &record, const QString &uid, const QDateTime &now, ICalendar::ZoneRegistry &zones)
+{
+    const QByteArray text = newItemText(record, uid, now);
+    const ItemSet empty(uid, text, zones);
+    return patchedText(text, empty.item(0), record, now);
+}
+
+} // namespace
+
+std::optional<int> groupIn(const ItemSet &set, const CalCalendarItem &record)
+{
+    const CalItemOrigin &origin = record.origin();
+    for (int index = 0; index < static_cast<int>(set.groups().size()); ++index) {
+        const ItemGroup &group = set.groups().at(static_cast<size_t>(index));
+        const ICalendar::Item &item = set.representative(group);
+        if (group.kind != kindOf(record) || item.uid != origin.plainUid || group.ordinal != ordinalOf(origin))
+            continue;
+        // A series is one group, whichever of its occurrences the record is.
+        const QString recurrenceId = item.recurrenceId ? recurrenceIdText(*item.recurrenceId) : QString();
+        if (group.needsExpansion || recurrenceId == origin.recurrenceId)
+            return index;
+    }
+    return std::nullopt;
+}
+
+std::optional<CalItemOrigin> originIn(const ItemIndex &index, const ItemSet &set, const CalCalendarItem &record)
+{
+    const auto group = groupIn(set, record);
+    if (!group)
+        return std::nullopt;
+    CalItemOrigin origin = record.origin();
+    origin.resource = set.name();
+    origin.distinction = index.distinctionOf({ &set, *group });
+    origin.version = set.version();
+    return origin;
+}
+
+void countAsRead(CalTask &task, const ItemIndex &index, const ItemSet &set)
+{
+    countRecordAsRead(task, index, set);
+}
+
+void countAsRead(CalEvent &event, const ItemIndex &index, const ItemSet &set)
+{
+    countRecordAsRead(event, index, set);
+}
+
+QByteArray textOfNew(const CalTask &task, const QString &uid, const QDateTime &now, ICalendar::ZoneRegistry &zones)
+{
+    return textOfNewRecord(task, uid, now, zones);
+}
+
+QByteArray textOfNew(const CalEvent &event, const QString &uid, const QDateTime &now, ICalendar::ZoneRegistry &zones)
+{
+    return textOfNewRecord(event, uid, now, zones);
+}
+
+QString newIdentifier()
+{
+    return QUuid::createUuid().toString(QUuid::WithoutBraces);
+}
+
+} // namespace Items
