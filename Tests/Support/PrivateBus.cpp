@@ -14,19 +14,19 @@ namespace
 
 constexpr int patienceInMilliseconds = 30000; // several test programs may start at once
 
-constexpr char configuration[] = R"(<!DOCTYPE busconfig PUBLIC "-//freedesktop//DTD D-Bus Bus Configuration 1.0//EN"
+constexpr auto configuration = R"(<!DOCTYPE busconfig PUBLIC "-//freedesktop//DTD D-Bus Bus Configuration 1.0//EN"
  "http://www.freedesktop.org/standards/dbus/1.0/busconfig.dtd">
 <busconfig>
   <type>session</type>
   <listen>unix:tmpdir=/tmp</listen>
-  <auth>EXTERNAL</auth>
+%1  <auth>EXTERNAL</auth>
   <policy context="default">
     <allow send_destination="*" eavesdrop="true"/>
     <allow eavesdrop="true"/>
     <allow own="*"/>
   </policy>
 </busconfig>
-)";
+)"_L1;
 
 } // namespace
 
@@ -41,10 +41,18 @@ PrivateBus::~PrivateBus()
     }
 }
 
+void PrivateBus::setServices(const QString &folder, const QProcessEnvironment &environment)
+{
+    m_services = folder;
+    m_daemon.setProcessEnvironment(environment);
+}
+
 bool PrivateBus::start()
 {
     QFile file(m_folder.filePath(u"bus.conf"_s));
-    if (!file.open(QIODevice::WriteOnly) || file.write(configuration) < 0) {
+    const QString services
+        = m_services.isEmpty() ? QString() : u"  <servicedir>%1</servicedir>\n"_s.arg(m_services.toHtmlEscaped());
+    if (!file.open(QIODevice::WriteOnly) || file.write(QString(configuration).arg(services).toUtf8()) < 0) {
         m_failure = file.errorString();
         return false;
     }
