@@ -21,6 +21,13 @@ class CalCalendar final : public KeyValueObject
     Q_PROPERTY(bool isEditable READ isEditable)
 
 public:
+    // Whether its account can be reached. Its items are shown as they were last known in any case.
+    enum class Availability {
+        Available,
+        CredentialsRequired, // the account's server wants a password, which the desktop's account settings ask for
+        Offline, // the account's server is not reached; changes go there later
+    };
+
     struct Values {
         QString uid; // unique in the store; a folder's name in the embedded store
         QString title;
@@ -28,6 +35,7 @@ public:
         bool isEditable = true; // whether its items can be changed
         bool holdsEvents = true;
         bool holdsTasks = true;
+        Availability availability = Availability::Available;
     };
 
     explicit CalCalendar(Values values);
@@ -37,6 +45,7 @@ public:
     const QColor &color() const { return m_values.color; }
     bool isEditable() const { return m_values.isEditable; }
     bool holds(CalItemKind kind) const;
+    Availability availability() const { return m_values.availability; }
 
     QVariant valueForKey(const QString &key) const override;
     bool isEqual(const KeyValueObject &other) const override;

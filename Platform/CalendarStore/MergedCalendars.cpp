@@ -39,6 +39,7 @@ CalCalendarPtr renamed(const CalCalendarPtr &calendar, const QString &uid)
         .isEditable = calendar->isEditable(),
         .holdsEvents = calendar->holds(CalItemKind::Event),
         .holdsTasks = calendar->holds(CalItemKind::Task),
+        .availability = calendar->availability(),
     });
 }
 
