@@ -1021,5 +1021,98 @@
         <extracomment>%1: the names of several accounts.</extracomment>
         <translation>Kalender von %1 sind möglicherweise veraltet: Die Dienste antworten nicht.</translation>
     </message>
+    <message>
+        <source>active</source>
+        <comment>hot key</comment>
+        <translation>aktiv</translation>
+    </message>
+    <message>
+        <source>taken</source>
+        <comment>hot key</comment>
+        <translation>vergeben</translation>
+    </message>
+    <message>
+        <source>refused</source>
+        <comment>hot key</comment>
+        <translation>abgelehnt</translation>
+    </message>
+    <message>
+        <source>waiting</source>
+        <comment>hot key</comment>
+        <translation>wartet</translation>
+    </message>
+    <message>
+        <source>not offered</source>
+        <comment>hot key</comment>
+        <translation>nicht angeboten</translation>
+    </message>
+    <message>
+        <source>Preferences</source>
+        <translation>Einstellungen</translation>
+    </message>
+    <message>
+        <source>Show Vantle in</source>
+        <translation>Vantle zeigen in</translation>
+    </message>
+    <message>
+        <source>&amp;Task bar and menu bar</source>
+        <translation>&amp;Taskleiste und Menüleiste</translation>
+    </message>
+    <message>
+        <source>Task bar &amp;only</source>
+        <translation>&amp;Nur in der Taskleiste</translation>
+    </message>
+    <message>
+        <source>&amp;Menu bar only</source>
+        <translation>Nur in der &amp;Menüleiste</translation>
+    </message>
+    <message>
+        <source>&amp;Hide when another program is in front</source>
+        <translation>&amp;Ausblenden, wenn ein anderes Programm vorn ist</translation>
+    </message>
+    <message>
+        <source>Start when I &amp;log in</source>
+        <translation>&amp;Beim Anmelden starten</translation>
+    </message>
+    <message>
+        <source>Hot keys</source>
+        <translation>Tastenkürzel</translation>
+    </message>
+    <message>
+        <source>&amp;Show or hide</source>
+        <translation>&amp;Zeigen oder ausblenden</translation>
+    </message>
+    <message>
+        <source>New &amp;event</source>
+        <translation>Neuer Te&amp;rmin</translation>
+    </message>
+    <message>
+        <source>New to-&amp;do</source>
+        <translation>Neue Auf&amp;gabe</translation>
+    </message>
+    <message>
+        <source>Command for “%1”: %2</source>
+        <translation>Befehl für „%1“: %2</translation>
+    </message>
+    <message>
+        <source>This desktop shows no menu-bar icons at present. Start Vantle once more to bring its window back.</source>
+        <translation>Dieser Desktop zeigt zurzeit keine Symbole in der Menüleiste. Vantle noch einmal zu starten bringt sein Fenster zurück.</translation>
+    </message>
+    <message>
+        <source>On this desktop an open window always has its task-bar entry.</source>
+        <translation>Auf diesem Desktop hat ein offenes Fenster immer einen Eintrag in der Taskleiste.</translation>
+    </message>
+    <message>
+        <source>The task-bar entry goes when Vantle is started the next time.</source>
+        <translation>Der Eintrag in der Taskleiste verschwindet beim nächsten Start von Vantle.</translation>
+    </message>
+    <message>
+        <source>You can also bind a command in your desktop’s keyboard settings:</source>
+        <translation>In den Tastatureinstellungen des Desktops lässt sich auch ein Befehl belegen:</translation>
+    </message>
+    <message>
+        <source>This could not be changed: %1</source>
+        <translation>Das ließ sich nicht ändern: %1</translation>
+    </message>
 </context>
 </TS>
