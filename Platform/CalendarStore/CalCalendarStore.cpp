@@ -297,23 +297,47 @@ CalCalendarStore::CalCalendarStore(std::vector<std::unique_ptr<CalendarStoreBack
     , d(std::make_unique<Private>(std::move(backends)))
 {
     connect(&d->merger, &NotificationMerger::notificationPosted, this, &CalCalendarStore::notificationPosted);
-    for (const auto &owned : d->backends) {
-        CalendarStoreBackend *const backend = owned.get();
-        connect(backend, &CalendarStoreBackend::changed, this,
-            [this, backend](const CalBackendChange &change) { d->takeIn(change, *backend); });
-        connect(backend, &CalendarStoreBackend::loaded, this, [this] {
-            if (!d->completionIsAnnounced && isComplete()) {
-                d->completionIsAnnounced = true;
-                Q_EMIT loaded();
-            }
-        });
-        connect(
-            backend, &CalendarStoreBackend::silentServicesDidChange, this, &CalCalendarStore::silentServicesDidChange);
-    }
+    for (const auto &owned : d->backends)
+        listenTo(*owned);
     d->completionIsAnnounced = isComplete();
 }
 
+void CalCalendarStore::listenTo(CalendarStoreBackend &backend)
+{
+    connect(&backend, &CalendarStoreBackend::changed, this,
+        [this, &backend](const CalBackendChange &change) { d->takeIn(change, backend); });
+    connect(&backend, &CalendarStoreBackend::loaded, this, [this] {
+        if (!d->completionIsAnnounced && isComplete()) {
+            d->completionIsAnnounced = true;
+            Q_EMIT loaded();
+        }
+    });
+    connect(&backend, &CalendarStoreBackend::silentServicesDidChange, this, &CalCalendarStore::silentServicesDidChange);
+}
+
 CalCalendarStore::~CalCalendarStore() = default;
+
+void CalCalendarStore::addBackend(std::unique_ptr<CalendarStoreBackend> backend)
+{
+    CalendarStoreBackend &added = *backend;
+    d->backends.insert(d->backends.begin(), std::move(backend));
+    listenTo(added);
+    CalBackendChange change;
+    change.calendars = change.events = change.tasks = true;
+    for (const CalCalendarPtr &calendar : added.calendars())
+        change.calendarUids.insert(calendar->uid());
+    if (!change.calendarUids.isEmpty())
+        d->takeIn(change, added);
+    d->completionIsAnnounced = d->completionIsAnnounced && isComplete();
+    if (!added.silentServices().isEmpty())
+        QMetaObject::invokeMethod(this, &CalCalendarStore::silentServicesDidChange, Qt::QueuedConnection);
+}
+
+void CalCalendarStore::refresh()
+{
+    for (const auto &backend : d->backends)
+        backend->refresh();
+}
 
 CalCalendarList CalCalendarStore::calendars() const
 {

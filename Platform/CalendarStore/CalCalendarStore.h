@@ -40,6 +40,13 @@ public:
     explicit CalCalendarStore(std::vector<std::unique_ptr<CalendarStoreBackend>> backends, QObject *parent = nullptr);
     ~CalCalendarStore() override;
 
+    // A back end that is found after the start, and better than those before. What it holds is told by
+    // notifications; the store is complete again when the back end is.
+    void addBackend(std::unique_ptr<CalendarStoreBackend> backend);
+
+    // Has accounts on servers look for what other machines changed. Returns at once.
+    void refresh();
+
     CalCalendarList calendars() const;
     // Null when the store has no such calendar.
     CalCalendarPtr calendarWithUID(const QString &uid) const;
@@ -99,6 +106,8 @@ Q_SIGNALS:
     void silentServicesDidChange();
 
 private:
+    void listenTo(CalendarStoreBackend &backend);
+
     class Private;
     std::unique_ptr<Private> d;
 };

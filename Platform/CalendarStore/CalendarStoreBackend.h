@@ -51,6 +51,9 @@ public:
     // knows it by. What they hold is shown as it was last known.
     virtual QStringList silentServices() const { return {}; }
 
+    // Has accounts look at what their servers hold by now. Returns at once; what is new is told by changed().
+    virtual void refresh() { }
+
     // Whether a calendar holds an item with this UID property, of either kind.
     virtual bool holdsUid(const QString &calendarUid, const QString &plainUid) const = 0;
 

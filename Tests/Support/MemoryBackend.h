@@ -56,6 +56,7 @@ public:
     int taskQueries() const { return m_taskQueries; }
     int saves() const { return m_saves; } // also the refused ones
     int removals() const { return m_removals; }
+    int refreshes() const { return m_refreshes; }
     // What was to be saved and removed, in order, also what was refused: "this: DUMBY Lunch",
     // "all: Lunch", "task: Buy milk", "remove this: Lunch", "remove task: Buy milk".
     const QStringList &writes() const { return m_writes; }
@@ -64,6 +65,7 @@ public:
     bool hasDeclaredDefault() const override { return m_hasDeclaredDefault; }
     bool isComplete() const override { return m_isComplete; }
     QStringList silentServices() const override { return m_silentServices; }
+    void refresh() override { ++m_refreshes; }
     bool holdsUid(const QString &calendarUid, const QString &plainUid) const override;
     CalEventList events(const QDateTime &start, const QDateTime &end, const CalCalendarList &calendars) const override;
     CalTaskList tasks(TaskState state, const QDateTime &since, const CalCalendarList &calendars) const override;
@@ -97,5 +99,6 @@ private:
     mutable int m_taskQueries = 0;
     int m_saves = 0;
     int m_removals = 0;
+    int m_refreshes = 0;
     QStringList m_writes;
 };

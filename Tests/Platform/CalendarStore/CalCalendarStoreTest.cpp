@@ -50,6 +50,10 @@ private Q_SLOTS:
     void differentItemsNeverShareAUid();
 
     void silentServicesOfAllBackendsAreTold();
+    void aBackendFoundLaterIsTheBest();
+    void whatABackendFoundLaterHoldsIsTold();
+    void theStoreIsCompleteAgainWithABackendFoundLater();
+    void everyBackendIsRefreshed();
 };
 
 void CalCalendarStoreTest::storeWithoutBackendsIsEmpty()
@@ -301,6 +305,67 @@ void CalCalendarStoreTest::silentServicesOfAllBackendsAreTold()
     backends.second->setSilentServices({});
     QTRY_COMPARE(changes.size(), 3);
     QCOMPARE(backends.store->silentServices(), QStringList { u"Club"_s });
+}
+
+void CalCalendarStoreTest::aBackendFoundLaterIsTheBest()
+{
+    const TwoBackends backends;
+    backends.first->addCalendar(makeCalendar(u"Home"_s));
+    backends.second->addCalendar(makeReadOnlyCalendar(u"Club"_s));
+    auto found = std::make_unique<MemoryBackend>();
+    found->addCalendar(makeCalendar(u"Personal"_s));
+    found->addCalendar(makeReadOnlyCalendar(u"Birthdays"_s));
+    found->addCalendar(makeCalendar(u"Home"_s));
+    found->setHasDeclaredDefault(true);
+
+    backends.store->addBackend(std::move(found));
+
+    QStringList order;
+    for (const CalCalendarPtr &calendar : backends.store->calendars())
+        order << calendar->uid();
+    QCOMPARE(order, (QStringList { u"Personal"_s, u"Home"_s, u"Home~2"_s, u"Birthdays"_s, u"Club"_s }));
+}
+
+void CalCalendarStoreTest::whatABackendFoundLaterHoldsIsTold()
+{
+    const TwoBackends backends;
+    const QSignalSpy posted(backends.store.get(), &CalCalendarStore::notificationPosted);
+    auto found = std::make_unique<MemoryBackend>();
+    MemoryBackend *const service = found.get();
+    found->addCalendar(makeCalendar(u"Personal"_s));
+
+    backends.store->addBackend(std::move(found));
+    QVERIFY(posted.isEmpty());
+    QTRY_COMPARE(posted.size(), 3);
+
+    service->postEventsChange();
+    QTRY_COMPARE(posted.size(), 4);
+}
+
+void CalCalendarStoreTest::theStoreIsCompleteAgainWithABackendFoundLater()
+{
+    const TwoBackends backends;
+    const QSignalSpy loaded(backends.store.get(), &CalCalendarStore::loaded);
+    auto found = std::make_unique<MemoryBackend>();
+    MemoryBackend *const service = found.get();
+    service->startLoading();
+
+    backends.store->addBackend(std::move(found));
+    QVERIFY(!backends.store->isComplete());
+
+    service->finishLoading();
+    QTRY_COMPARE(loaded.size(), 1);
+    QVERIFY(backends.store->isComplete());
+}
+
+void CalCalendarStoreTest::everyBackendIsRefreshed()
+{
+    const TwoBackends backends;
+
+    backends.store->refresh();
+
+    QCOMPARE(backends.first->refreshes(), 1);
+    QCOMPARE(backends.second->refreshes(), 1);
 }
 
 VANTLE_TEST(CalCalendarStoreTest)
