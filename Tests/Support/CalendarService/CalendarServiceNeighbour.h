@@ -1,10 +1,11 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "AnsweringProgram.h"
+
 #include <CalTypes.h>
 
 #include <QByteArray>
-#include <QProcess>
 #include <QString>
 
 class CalendarServiceSession;
@@ -20,9 +21,6 @@ class CalendarServiceNeighbour final
 public:
     // Starts the program on that machine, and the service with it.
     explicit CalendarServiceNeighbour(const CalendarServiceSession &session);
-    ~CalendarServiceNeighbour();
-    CalendarServiceNeighbour(const CalendarServiceNeighbour &) = delete;
-    CalendarServiceNeighbour &operator=(const CalendarServiceNeighbour &) = delete;
 
     // Sources: each holds items of one kind.
     void addCalendar(const QString &source, CalItemKind kind, const QString &name,
@@ -52,15 +50,9 @@ public:
     void awaitConnection(const QString &source);
     void refresh(const QString &source);
 
-    struct Answer {
-        bool isOk = false;
-        QByteArray text; // or the message
-    };
     // For requests that may be refused.
-    Answer request(const QStringList &fields);
+    AnsweringProgram::Answer request(const QStringList &fields) { return m_program.request(fields); }
 
 private:
-    QByteArray demand(const QStringList &fields);
-
-    QProcess m_process;
+    AnsweringProgram m_program;
 };
