@@ -5,22 +5,53 @@
 
 #include <CalCalendarStore+VTHelper.h>
 #include <CalCalendarStore.h>
+#include <DesktopAlerts.h>
 #include <KLVAccordionView.h>
 #include <KLVCalendarsDrawer.h>
 #include <KLVColoredButtonCell.h>
 #include <KLVDatePicker.h>
+#include <Workspace.h>
 
 #include <QCoreApplication>
 #include <QPushButton>
 #include <QSignalBlocker>
 
+#include <algorithm>
+
 using namespace Qt::StringLiterals;
+
+namespace
+{
+
+QString remarkOn(const CalCalendar &calendar)
+{
+    switch (calendar.availability()) {
+    case CalCalendar::Availability::CredentialsRequired:
+        return QCoreApplication::translate("Vantle",
+            "The account asks for its password. Until it is given in the account settings, "
+            "this calendar may be out of date.");
+    case CalCalendar::Availability::Offline:
+        return QCoreApplication::translate(
+            "Vantle", "The server is not reached. Until it is, this calendar may be out of date.");
+    case CalCalendar::Availability::Available:
+        break;
+    }
+    return {};
+}
+
+bool asksForCredentials(const CalCalendarPtr &calendar)
+{
+    return calendar->availability() == CalCalendar::Availability::CredentialsRequired;
+}
+
+} // namespace
 
 void VTMainWindowController::connectDrawer()
 {
     const KLVCalendarsDrawer *drawer = m_window->calendarsDrawer();
     connect(drawer->allButton(), &QPushButton::clicked, this, [this] { selectAllCalendars(); });
     connect(drawer->noneButton(), &QPushButton::clicked, this, [this] { unselectAllCalendars(); });
+    connect(drawer->accountSettingsButton(), &QPushButton::clicked, this, [this] { showAccountSettings(); });
     connect(drawer->textDatePicker(), &KLVDatePicker::dateChanged, this, &VTMainWindowController::showPickedDate);
     connect(drawer->textDatePicker(), &KLVDatePicker::focusLeft, this, &VTMainWindowController::updateDatePicker);
     connect(drawer, &KLVCalendarsDrawer::cancelled, this, [this] { makeFirstResponder(listOfSelection()); });
@@ -103,7 +134,24 @@ void VTMainWindowController::tableView_willDisplayCell_forRow(
     const CalCalendarPtr calendar = m_services.store.calendars().at(row);
     cell.setImageTintColor(calendar->color());
     cell.setTitle(calendar->title());
+    cell.setRemark(remarkOn(*calendar));
     cell.setRepresentedObject(std::const_pointer_cast<CalCalendar>(calendar));
+}
+
+void VTMainWindowController::reloadCalendars()
+{
+    calendarsTable()->reloadData();
+    m_window->calendarsDrawer()->accountSettingsButton()->setVisible(
+        std::ranges::any_of(m_services.store.calendars(), asksForCredentials));
+}
+
+void VTMainWindowController::showAccountSettings()
+{
+    if (m_services.workspace.openAccountSettings())
+        return;
+    m_services.alerts.runModal(QCoreApplication::translate("Vantle",
+        "Vantle cannot open the account settings of this desktop.\n"
+        "Give the account's password in the program that manages your calendars."));
 }
 
 // The clock never writes into a picker that the person is in; nor does anything into a date half typed.

@@ -230,7 +230,7 @@ void VTMainWindowController::updateControls()
 {
     if (!m_window)
         return;
-    calendarsTable()->reloadData();
+    reloadCalendars();
     updateDatePicker();
     dateLabel()->setText(dateLabelFormatter().stringFromDate(date()));
     dateNavigator()->setLabel_forSegment(

@@ -283,6 +283,8 @@ private:
     void bindCheckMark(QAction *action, const QString &key, void (VTMainWindowController::*setter)(bool));
     void markSortMethod() const;
     void tick();
+    void reloadCalendars();
+    void showAccountSettings();
     void updateDatePicker() const;
     void updateNotice();
     void showPickedDate(const QDate &day);

@@ -50,12 +50,15 @@ KLVCalendarsDrawer::KLVCalendarsDrawer(QWidget *parent)
     , m_calendarsTable(new KLVCheckBoxTable(this))
     , m_allButton(addButton(QCoreApplication::translate("Vantle", "All"), u"selectAllCalendars"_s))
     , m_noneButton(addButton(QCoreApplication::translate("Vantle", "None"), u"unselectAllCalendars"_s))
+    , m_accountSettingsButton(
+          addButton(QCoreApplication::translate("Vantle", "Account Settings…"), u"accountSettings"_s))
     , m_textDatePicker(new KLVDatePicker(this))
 {
     setAccessibleName(QCoreApplication::translate("Vantle", "Calendars drawer"));
     setFixedWidth(statedWidth());
     m_allButton->setAccessibleName(QCoreApplication::translate("Vantle", "Show all calendars"));
     m_noneButton->setAccessibleName(QCoreApplication::translate("Vantle", "Show no calendar"));
+    m_accountSettingsButton->setAccessibleName(QCoreApplication::translate("Vantle", "Open the account settings"));
     m_calendarsTable->setObjectName(u"calendarsTable"_s);
     m_calendarsTable->setAccessibleName(QCoreApplication::translate("Vantle", "Calendars"));
     m_textDatePicker->setObjectName(u"textDatePicker"_s);
@@ -73,6 +76,8 @@ KLVCalendarsDrawer::KLVCalendarsDrawer(QWidget *parent)
     layout->addLayout(line({ new KLVHeading(QCoreApplication::translate("Vantle", "Calendars"), this) }));
     layout->addWidget(m_calendarsTable);
     layout->addLayout(line({ m_allButton, m_noneButton }));
+    layout->addLayout(line({ m_accountSettingsButton }));
+    m_accountSettingsButton->hide();
     layout->addSpacing(pixels(groupGap - gap));
     layout->addLayout(line({ dateHeading }));
     layout->addLayout(line({ m_textDatePicker }));
@@ -95,7 +100,8 @@ void KLVCalendarsDrawer::setTabOrderAfter(QWidget *previous)
     m_calendarsTable->setTabOrderAfter(previous);
     setTabOrder(m_calendarsTable->lastInTabOrder(), m_allButton);
     setTabOrder(m_allButton, m_noneButton);
-    setTabOrder(m_noneButton, m_textDatePicker);
+    setTabOrder(m_noneButton, m_accountSettingsButton);
+    setTabOrder(m_accountSettingsButton, m_textDatePicker);
 }
 
 int KLVCalendarsDrawer::statedWidth()

@@ -19,6 +19,8 @@ public:
     KLVCheckBoxTable *calendarsTable() const { return m_calendarsTable; }
     QPushButton *allButton() const { return m_allButton; }
     QPushButton *noneButton() const { return m_noneButton; }
+    // Leads to where the desktop asks for passwords; hidden until it is needed.
+    QPushButton *accountSettingsButton() const { return m_accountSettingsButton; }
     KLVDatePicker *textDatePicker() const { return m_textDatePicker; }
 
     // Puts its controls behind that widget in the order of the tab key.
@@ -42,5 +44,6 @@ private:
     KLVCheckBoxTable *m_calendarsTable;
     QPushButton *m_allButton;
     QPushButton *m_noneButton;
+    QPushButton *m_accountSettingsButton;
     KLVDatePicker *m_textDatePicker;
 };

@@ -2,6 +2,7 @@
 #include "KLVCheckBoxTableRow.h"
 
 #include "KLVMetrics.h"
+#include "KLVSign.h"
 #include "KLVText.h"
 #include "KLVTheme.h"
 
@@ -23,6 +24,9 @@ constexpr double boxSide = 14;
 constexpr double boxLeft = 6;
 constexpr double textLeft = 28;
 constexpr double textRight = 6;
+constexpr double signSide = 14;
+constexpr double signRight = 6;
+constexpr double signGap = 6; // between the text and the sign
 constexpr double cornerRadius = 6;
 constexpr double focusWidth = 2;
 constexpr double hoverShare = 0.05; // of the text's colour
@@ -44,13 +48,15 @@ KLVCheckBoxTableRow::KLVCheckBoxTableRow(QWidget *parent)
 
 void KLVCheckBoxTableRow::setCell(const KLVColoredButtonCell &cell)
 {
-    const bool looksTheSame = cell.title() == m_cell.title() && cell.imageTintColor() == m_cell.imageTintColor();
+    const bool looksTheSame = cell.title() == m_cell.title() && cell.imageTintColor() == m_cell.imageTintColor()
+        && cell.remark() == m_cell.remark();
     m_cell = cell;
     setChecked(cell.integerValue() != 0);
     if (looksTheSame)
         return;
     const QString title = KLVText::singleLine(KLVText::shown(cell.title()));
     setAccessibleName(title);
+    setAccessibleDescription(KLVText::singleLine(KLVText::shown(cell.remark())));
     update();
 }
 
@@ -72,15 +78,34 @@ QRectF KLVCheckBoxTableRow::boxRectangle() const
     return QStyle::visualRect(layoutDirection(), rect(), left);
 }
 
+QRectF KLVCheckBoxTableRow::signRectangle() const
+{
+    const double side = points(signSide);
+    const QRect left(
+        qRound(width() - points(signRight) - side), qRound((height() - side) / 2), qRound(side), qRound(side));
+    return QStyle::visualRect(layoutDirection(), rect(), left);
+}
+
 QRect KLVCheckBoxTableRow::textRectangle() const
 {
-    const QRect left = rect().adjusted(qRound(points(textLeft)), 0, -qRound(points(textRight)), 0);
+    const double right = m_cell.remark().isEmpty() ? textRight : signRight + signSide + signGap;
+    const QRect left = rect().adjusted(qRound(points(textLeft)), 0, -qRound(points(right)), 0);
     return QStyle::visualRect(layoutDirection(), rect(), left);
 }
 
 QString KLVCheckBoxTableRow::shownTitle() const
 {
     return fontMetrics().elidedText(accessibleName(), Qt::ElideRight, textRectangle().width());
+}
+
+QString KLVCheckBoxTableRow::toolTipText() const
+{
+    QStringList lines;
+    if (shownTitle() != accessibleName())
+        lines.append(accessibleName());
+    if (!accessibleDescription().isEmpty())
+        lines.append(accessibleDescription());
+    return lines.join(u'\n');
 }
 
 void KLVCheckBoxTableRow::paintEvent(QPaintEvent * /*event*/)
@@ -100,6 +125,9 @@ void KLVCheckBoxTableRow::paintEvent(QPaintEvent * /*event*/)
     painter.setPen(theme.text());
     const Qt::Alignment alignment = QStyle::visualAlignment(layoutDirection(), Qt::AlignLeft | Qt::AlignVCenter);
     painter.drawText(textRectangle(), static_cast<int>(alignment | Qt::TextSingleLine), shownTitle());
+
+    if (!m_cell.remark().isEmpty())
+        KLVDrawSign(painter, KLVSign::Warning, signRectangle(), theme.overdue(), points(1), layoutDirection());
 
     if (hasFocus()) {
         const double inset = points(focusWidth) / 2;
@@ -145,9 +173,7 @@ bool KLVCheckBoxTableRow::event(QEvent *event)
 {
     if (event->type() == QEvent::ToolTip) {
         // Plain text: a name that looks like markup is shown as it is.
-        const bool isWhole = shownTitle() == accessibleName();
-        QToolTip::showText(static_cast<const QHelpEvent *>(event)->globalPos(),
-            isWhole ? QString() : accessibleName().toHtmlEscaped(), this);
+        QToolTip::showText(static_cast<const QHelpEvent *>(event)->globalPos(), KLVText::toolTip(toolTipText()), this);
         return true;
     }
     return QAbstractButton::event(event);

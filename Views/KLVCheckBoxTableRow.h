@@ -7,7 +7,9 @@
 
 // One row of a table of check boxes: the cell's box, and its title beside it.
 //
-// A title that is too long is elided; a tool tip then shows the whole of it.
+// A title that is too long is elided; a tool tip then shows the whole of it. A cell
+// with a remark gets a warning sign, and the remark is in the tool tip and told to
+// assistive technology.
 class KLVCheckBoxTableRow final : public QAbstractButton
 {
     Q_OBJECT
@@ -34,8 +36,10 @@ protected:
 
 private:
     QRectF boxRectangle() const;
+    QRectF signRectangle() const;
     QRect textRectangle() const;
     QString shownTitle() const;
+    QString toolTipText() const;
 
     KLVColoredButtonCell m_cell;
 };

@@ -24,6 +24,10 @@ public:
     const QString &title() const { return m_title; }
     void setTitle(const QString &title) { m_title = title; }
 
+    // What is out of order with it, in words for the person; plain text, empty for nothing.
+    const QString &remark() const { return m_remark; }
+    void setRemark(const QString &remark) { m_remark = remark; }
+
     // Whatever the owner wants to find again, a calendar for instance.
     const KeyValueObjectPtr &representedObject() const { return m_representedObject; }
     void setRepresentedObject(const KeyValueObjectPtr &object) { m_representedObject = object; }
@@ -44,6 +48,7 @@ public:
 private:
     QColor m_imageTintColor;
     QString m_title;
+    QString m_remark;
     KeyValueObjectPtr m_representedObject;
     int m_integerValue = 0;
 };

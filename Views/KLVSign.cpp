@@ -20,6 +20,12 @@ constexpr int gearTeeth = 8;
 constexpr qreal gearHub = 1.9; // radii
 constexpr qreal gearRim = 3.6;
 constexpr qreal gearTip = 5.6;
+constexpr qreal warningWidth = 12.4;
+constexpr qreal warningHeight = 10.8;
+constexpr qreal warningStrokeTop = -1.9; // downwards from the middle of the triangle's height
+constexpr qreal warningStrokeBottom = 1.7;
+constexpr qreal warningDotTop = 2.6;
+constexpr qreal warningDotBottom = 4;
 
 // Its tip at the origin, pointing to the right.
 QPainterPath chevron()
@@ -77,6 +83,20 @@ QPainterPath gear()
     return path;
 }
 
+// A triangle with an exclamation mark.
+QPainterPath warning()
+{
+    QPainterPath path(QPointF(0, -warningHeight / 2));
+    path.lineTo(warningWidth / 2, warningHeight / 2);
+    path.lineTo(-warningWidth / 2, warningHeight / 2);
+    path.closeSubpath();
+    path.moveTo(0, warningStrokeTop);
+    path.lineTo(0, warningStrokeBottom);
+    path.moveTo(0, warningDotTop);
+    path.lineTo(0, warningDotBottom);
+    return path;
+}
+
 QPainterPath shapeOf(KLVSign sign)
 {
     const QTransform mirror = QTransform::fromScale(-1, 1);
@@ -97,6 +117,8 @@ QPainterPath shapeOf(KLVSign sign)
         return minus();
     case KLVSign::Gear:
         return gear();
+    case KLVSign::Warning:
+        return warning();
     case KLVSign::None:
         break;
     }

@@ -75,6 +75,14 @@ QString KLVText::severalLines(const QString &text)
     return lines;
 }
 
+QString KLVText::toolTip(const QString &text)
+{
+    if (text.isEmpty())
+        return {};
+    return QStringLiteral("<span>") + text.toHtmlEscaped().replace(u'\n', QStringLiteral("<br>"))
+        + QStringLiteral("</span>");
+}
+
 double KLVText::wrappingWidth(double fieldWidth)
 {
     return std::max(1.0, fieldWidth - narrowing);

@@ -16,6 +16,8 @@ QString shown(const QString &text);
 QString singleLine(const QString &text);
 // Line breaks stay, in one form; other control characters become blanks.
 QString severalLines(const QString &text);
+// For a tool tip, which takes what looks like markup for markup: shown as it is, broken where it is long.
+QString toolTip(const QString &text);
 
 // The column in which a field of that width wraps its text: 40 points less.
 double wrappingWidth(double fieldWidth);

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "DesktopWorkspace.h"
 
+#include "AccountSettings.h"
+
 #include <QApplication>
 #include <QDesktopServices>
 #include <QFileInfo>
@@ -71,6 +73,11 @@ void DesktopWorkspace::openURL(const QUrl &url)
         m_opener(QUrl::fromLocalFile(QFileInfo(url.toLocalFile()).path()));
     else
         m_opener(url);
+}
+
+bool DesktopWorkspace::openAccountSettings()
+{
+    return AccountSettings::open(qEnvironmentVariable("XDG_CURRENT_DESKTOP"));
 }
 
 QString readableTarget(const QUrl &url)

@@ -19,6 +19,7 @@ public:
     DesktopWorkspace(Question question, Opener opener);
 
     void openURL(const QUrl &url) override;
+    [[nodiscard]] bool openAccountSettings() override;
 
 private:
     Question m_question;

@@ -1114,5 +1114,27 @@
         <source>This could not be changed: %1</source>
         <translation>Das ließ sich nicht ändern: %1</translation>
     </message>
+    <message>
+        <source>Account Settings…</source>
+        <translation>Konteneinstellungen …</translation>
+    </message>
+    <message>
+        <source>Open the account settings</source>
+        <translation>Konteneinstellungen öffnen</translation>
+    </message>
+    <message>
+        <source>The account asks for its password. Until it is given in the account settings, this calendar may be out of date.</source>
+        <translation>Das Konto verlangt sein Passwort. Bis es in den Konteneinstellungen eingegeben ist, kann dieser Kalender veraltet sein.</translation>
+    </message>
+    <message>
+        <source>The server is not reached. Until it is, this calendar may be out of date.</source>
+        <translation>Der Server ist nicht erreichbar. So lange kann dieser Kalender veraltet sein.</translation>
+    </message>
+    <message>
+        <source>Vantle cannot open the account settings of this desktop.
+Give the account&apos;s password in the program that manages your calendars.</source>
+        <translation>Vantle kann die Konteneinstellungen dieser Arbeitsumgebung nicht öffnen.
+Geben Sie das Passwort des Kontos in dem Programm ein, das Ihre Kalender verwaltet.</translation>
+    </message>
 </context>
 </TS>

@@ -36,6 +36,13 @@ struct OpenDrawer : MainWindowFixture {
     KLVCalendarsDrawer *drawer() const { return window->calendarsDrawer(); }
     QStringList hidden() const { return controller->unselectedCalendarsUID().value_or(QStringList()); }
     QStringList shownEvents() const { return uidsOf(controller->events()); }
+    void setAvailability(const QString &uid, CalCalendar::Availability availability)
+    {
+        CalCalendar::Values values { .uid = uid, .title = uid, .color = Qt::red };
+        values.availability = availability;
+        backend().replaceCalendar(std::make_shared<CalCalendar>(values));
+        controller->calStoreDidChange();
+    }
     void click(QWidget *widget) const { QTest::mouseClick(widget, Qt::LeftButton); }
 
     // The day's digits are typed into the picker, which then has an edit pending.
@@ -76,6 +83,9 @@ private Q_SLOTS:
     void returnOnAButtonOrRowTicksNoTask();
     void assistiveTechnologyTicksACalendar();
     void hostileNamesArePlainText();
+    void calendarThatAsksForItsPasswordSaysSo();
+    void accountSettingsAreOfferedOnlyWhenTheyAreNeeded();
+    void desktopWithoutAccountSettingsIsSaid();
 
     void pickedDayKeepsTheTimeOfDay();
     void pickerShowsTheShownDay();
@@ -386,6 +396,47 @@ void VTCalendarsDrawerTest::hostileNamesArePlainText()
     QVERIFY(name.size() <= 4000);
     QVERIFY(fixture.row(3)->toolTip().isEmpty());
     QVERIFY(fixture.row(3)->width() < 200);
+}
+
+void VTCalendarsDrawerTest::calendarThatAsksForItsPasswordSaysSo()
+{
+    OpenDrawer fixture;
+    QVERIFY(fixture.row(0)->accessibleDescription().isEmpty());
+
+    fixture.setAvailability(u"Work"_s, CalCalendar::Availability::CredentialsRequired);
+    QVERIFY(fixture.row(1)->accessibleDescription().startsWith(u"The account asks for its password."_s));
+    fixture.setAvailability(u"Work"_s, CalCalendar::Availability::Offline);
+    QVERIFY(fixture.row(1)->accessibleDescription().startsWith(u"The server is not reached."_s));
+    fixture.setAvailability(u"Work"_s, CalCalendar::Availability::Available);
+    QVERIFY(fixture.row(1)->accessibleDescription().isEmpty());
+}
+
+void VTCalendarsDrawerTest::accountSettingsAreOfferedOnlyWhenTheyAreNeeded()
+{
+    OpenDrawer fixture;
+    QPushButton *const button = fixture.drawer()->accountSettingsButton();
+    QVERIFY(!button->isVisible());
+    fixture.setAvailability(u"Work"_s, CalCalendar::Availability::Offline);
+    QVERIFY(!button->isVisible());
+
+    fixture.setAvailability(u"Work"_s, CalCalendar::Availability::CredentialsRequired);
+    QVERIFY(button->isVisible());
+    fixture.click(button);
+
+    QCOMPARE(fixture.workspace.accountSettingsOpened, 1);
+    QVERIFY(fixture.alerts.messages.isEmpty());
+}
+
+void VTCalendarsDrawerTest::desktopWithoutAccountSettingsIsSaid()
+{
+    OpenDrawer fixture;
+    fixture.workspace.hasAccountSettings = false;
+    fixture.setAvailability(u"Work"_s, CalCalendar::Availability::CredentialsRequired);
+
+    fixture.click(fixture.drawer()->accountSettingsButton());
+
+    QCOMPARE(fixture.alerts.messages.size(), 1);
+    QVERIFY(fixture.alerts.messages.first().startsWith(u"Vantle cannot open the account settings"_s));
 }
 
 void VTCalendarsDrawerTest::pickedDayKeepsTheTimeOfDay()

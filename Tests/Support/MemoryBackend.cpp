@@ -93,6 +93,14 @@ void MemoryBackend::addCalendar(const CalCalendarPtr &calendar)
     m_calendars.append(calendar);
 }
 
+void MemoryBackend::replaceCalendar(const CalCalendarPtr &calendar)
+{
+    for (CalCalendarPtr &held : m_calendars) {
+        if (held->uid() == calendar->uid())
+            held = calendar;
+    }
+}
+
 void MemoryBackend::removeCalendar(const QString &uid)
 {
     const auto isOfCalendar = [&uid](const CalCalendarItemPtr &item) { return item->calendar()->uid() == uid; };

@@ -20,6 +20,7 @@ public:
 
     // Arranging.
     void addCalendar(const CalCalendarPtr &calendar);
+    void replaceCalendar(const CalCalendarPtr &calendar); // the one of the same uid, which keeps its items
     void removeCalendar(const QString &uid); // with all its items
     void setHasDeclaredDefault(bool hasDeclaredDefault) { m_hasDeclaredDefault = hasDeclaredDefault; }
     // Items are copied. Their calendar must have been added before.

@@ -11,5 +11,13 @@ class RecordingWorkspace final : public Workspace
 public:
     void openURL(const QUrl &url) override { openedUrls.append(url); }
 
+    bool openAccountSettings() override
+    {
+        ++accountSettingsOpened;
+        return hasAccountSettings;
+    }
+
     QList<QUrl> openedUrls;
+    int accountSettingsOpened = 0; // also in vain
+    bool hasAccountSettings = true;
 };

@@ -7,8 +7,10 @@
 
 #include <CalCalendar.h>
 
+#include <QHelpEvent>
 #include <QScrollBar>
 #include <QTest>
+#include <QToolTip>
 #include <QVBoxLayout>
 
 using namespace Qt::StringLiterals;
@@ -23,6 +25,7 @@ class Source final : public KLVCheckBoxTableDataSource
 public:
     QStringList titles;
     QList<int> offRows;
+    QString remark; // on the first row
     QList<std::pair<int, bool>> settings;
 
     int numberOfRowsInTableView(KLVCheckBoxTable * /*view*/) override { return static_cast<int>(titles.size()); }
@@ -35,6 +38,7 @@ public:
     {
         cell.setTitle(titles.at(row));
         cell.setImageTintColor(red);
+        cell.setRemark(row == 0 ? remark : QString());
         cell.setRepresentedObject(makeCalendar(titles.at(row)));
     }
 };
@@ -93,6 +97,7 @@ class KLVCheckBoxTableTest : public QObject
 private Q_SLOTS:
     void clickAsksTheSourceAndShowsItsAnswer();
     void boxIsTintedAndTicked();
+    void rowWithARemarkGetsAWarningSign();
     void tableIsAsHighAsItsRows();
     void manyRowsScrollToTheKeyboard();
     void tabStopsOnce();
@@ -136,6 +141,30 @@ void KLVCheckBoxTableTest::boxIsTintedAndTicked()
     QVERIFY(count(fixture.row(1), isRed) > 20);
     QVERIFY(count(fixture.row(0), isDark) > 8);
     QCOMPARE(count(fixture.row(1), isDark), 0);
+}
+
+void KLVCheckBoxTableTest::rowWithARemarkGetsAWarningSign()
+{
+    TableFixture fixture({ u"R&D <b>"_s, u"two"_s });
+    const auto endOfRow
+        = [](QWidget *row) { return row->grab(QRect(row->width() - 24, 0, 24, row->height())).toImage(); };
+    const QImage plain = endOfRow(fixture.row(1));
+    QCOMPARE(endOfRow(fixture.row(0)), plain);
+
+    fixture.source.remark = u"It asks for <its> password & more."_s;
+    fixture.table->reloadData();
+
+    QVERIFY(endOfRow(fixture.row(0)) != plain);
+    QCOMPARE(endOfRow(fixture.row(1)), plain);
+    QCOMPARE(fixture.row(0)->accessibleDescription(), fixture.source.remark);
+    const QPoint middle = fixture.row(0)->rect().center();
+    QHelpEvent help(QEvent::ToolTip, middle, fixture.row(0)->mapToGlobal(middle));
+    QCoreApplication::sendEvent(fixture.row(0), &help);
+    QCOMPARE(QToolTip::text(), u"<span>It asks for &lt;its&gt; password &amp; more.</span>"_s);
+
+    fixture.source.remark.clear();
+    fixture.table->reloadData();
+    QCOMPARE(endOfRow(fixture.row(0)), plain);
 }
 
 void KLVCheckBoxTableTest::tableIsAsHighAsItsRows()

@@ -19,6 +19,7 @@ class RowWorkspace final : public Workspace
 {
 public:
     void openURL(const QUrl &url) override { opened.append(url); }
+    bool openAccountSettings() override { return false; }
 
     QList<QUrl> opened;
 };
