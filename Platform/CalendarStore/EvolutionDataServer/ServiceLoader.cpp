@@ -58,8 +58,11 @@ ServiceLoader::~ServiceLoader() = default;
 void ServiceLoader::start()
 {
     const QDBusConnection bus = QDBusConnection::sessionBus();
-    if (!bus.isConnected())
+    if (!bus.isConnected()) {
+        QMetaObject::invokeMethod(this, &ServiceLoader::missing, Qt::QueuedConnection);
         return;
+    }
+    m_answersToCome = 2;
     m_watcher
         = std::make_unique<QDBusServiceWatcher>(servicePrefix + u'*', bus, QDBusServiceWatcher::WatchForRegistration);
     connect(m_watcher.get(), &QDBusServiceWatcher::serviceRegistered, this,
@@ -80,8 +83,18 @@ void ServiceLoader::ask()
             answer->deleteLater();
             if (!reply.isError())
                 look(reply.value());
+            wasAnswered();
         });
     }
+}
+
+void ServiceLoader::wasAnswered()
+{
+    if (m_answersToCome == 0)
+        return;
+    --m_answersToCome;
+    if (m_answersToCome == 0 && !m_isFound)
+        Q_EMIT missing();
 }
 
 void ServiceLoader::look(const QStringList &names)

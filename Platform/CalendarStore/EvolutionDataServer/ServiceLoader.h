@@ -42,14 +42,19 @@ public:
 Q_SIGNALS:
     // The service runs or can be started. Sent once, from the event loop.
     void found();
+    // Neither is so at the start, or there is no session bus. found() may follow later. Sent once at most,
+    // from the event loop.
+    void missing();
 
 private Q_SLOTS:
     void ask();
 
 private:
     void look(const QStringList &names);
+    void wasAnswered();
 
     Clock &m_clock;
     std::unique_ptr<QDBusServiceWatcher> m_watcher;
+    int m_answersToCome = 0; // of those asked for at the start
     bool m_isFound = false;
 };

@@ -67,6 +67,11 @@ void FolderCalendarStore::open()
 
 FolderCalendarStore::~FolderCalendarStore() = default;
 
+void FolderCalendarStore::createDefaultCalendars()
+{
+    d->synchronizer.createDefaultCalendars();
+}
+
 CalCalendarList FolderCalendarStore::calendars() const
 {
     // The same list again while nothing has changed: whoever compares it with the one before looks at no record.

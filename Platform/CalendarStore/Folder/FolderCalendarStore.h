@@ -41,6 +41,10 @@ public:
     FolderCalendarStore(Options options, Clock &clock, FolderStore::FileCalls &calls, QObject *parent = nullptr);
     ~FolderCalendarStore() override;
 
+    // Makes "Home" and "Work" in a root that is missing or holds nothing: for when it turns out later that
+    // nothing else has calendars. They are announced.
+    void createDefaultCalendars();
+
     CalCalendarList calendars() const override;
     bool hasDeclaredDefault() const override;
     bool isComplete() const override;

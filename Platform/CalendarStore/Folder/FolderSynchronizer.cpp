@@ -91,6 +91,14 @@ void FolderSynchronizer::open()
     m_isOpening = false;
 }
 
+void FolderSynchronizer::createDefaultCalendars()
+{
+    if (!rootHoldsNothing(m_options.root))
+        return;
+    makeDefaultCalendars(m_options.root, m_log);
+    lookThroughEverything();
+}
+
 Collection *FolderSynchronizer::collection(const QString &uid) const
 {
     // Nearly always asked with the very text that the calendar's record carries; comparing texts takes longer.

@@ -38,6 +38,8 @@ public:
     ~FolderSynchronizer() override;
 
     void open();
+    // "Home" and "Work", where the root is missing or holds nothing.
+    void createDefaultCalendars();
 
     // In the order in which they are shown.
     const std::vector<std::unique_ptr<Collection>> &collections() const { return m_collections; }

@@ -7,6 +7,7 @@
 
 #include <QDir>
 #include <QFile>
+#include <QSignalSpy>
 #include <QTest>
 
 #include <sys/stat.h>
@@ -42,6 +43,8 @@ private Q_SLOTS:
     void homeAndWorkAreMadeWhereThereIsNothing();
     void homeAndWorkAreNotMadeBesideAnything();
     void nothingIsMadeUnlessAskedFor();
+    void homeAndWorkCanBeMadeLater();
+    void homeAndWorkAreNotMadeLaterBesideAnything();
     void everyFolderIsACalendar();
     void calendarsComeByOrderThenByName();
     void aLinkedFolderIsFollowed();
@@ -87,6 +90,30 @@ void FolderCalendarsTest::nothingIsMadeUnlessAskedFor()
 
     QVERIFY(folder.open()->calendars().isEmpty());
     QVERIFY(!QFileInfo::exists(folder.root()));
+}
+
+void FolderCalendarsTest::homeAndWorkCanBeMadeLater()
+{
+    const CalendarFolder folder;
+    const auto store = folder.open();
+    QSignalSpy changes(store.get(), &FolderCalendarStore::changed);
+
+    store->createDefaultCalendars();
+
+    QCOMPARE(uidsOf(*store), QStringList({ u"Home"_s, u"Work"_s }));
+    QVERIFY(changes.wait());
+    QVERIFY(changes.first().first().value<CalBackendChange>().calendars);
+}
+
+void FolderCalendarsTest::homeAndWorkAreNotMadeLaterBesideAnything()
+{
+    const CalendarFolder folder;
+    folder.write(u"Mine/a.ics"_s, calendarText(taskText("a", "A")));
+    const auto store = folder.open();
+
+    store->createDefaultCalendars();
+
+    QCOMPARE(uidsOf(*store), QStringList { u"Mine"_s });
 }
 
 void FolderCalendarsTest::everyFolderIsACalendar()
