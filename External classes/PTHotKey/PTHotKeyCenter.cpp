@@ -191,8 +191,10 @@ void PTHotKeyCenter::sendEvent(const ApplicationEvent &event)
 
 void PTHotKeyCenter::_hotKeyDown(const PTHotKeyPtr &hotKey)
 {
-    if (hotKey)
-        hotKey->invoke();
+    if (!hotKey)
+        return;
+    Q_EMIT willInvoke(m_backend->latestPress());
+    hotKey->invoke();
 }
 
 // Actions are sent when the keys go down, never when they come up.

@@ -51,6 +51,8 @@ public:
     void _hotKeyUp(const PTHotKeyPtr &hotKey);
 
 Q_SIGNALS:
+    // A hot key was pressed, and its action comes next.
+    void willInvoke(const HotKeyPress &press);
     // Of the hot key with this identifier: by the desktop, or because it was registered or refused.
     void statusChanged(const QString &identifier);
 

@@ -5,6 +5,7 @@
 
 #include <Result.h>
 
+#include <QByteArray>
 #include <QObject>
 
 // How a hot key is called where the desktop itself shows or keeps it.
@@ -12,6 +13,12 @@ struct HotKeyLabel {
     QString identifier; // the same in every run; the desktop remembers the person's choice under it
     QString name; // for the person
     QString desktopAction; // of the application on the session bus, which does the same; may be empty
+};
+
+// What the desktop says of a press, for the window that comes up by it. Both may be absent.
+struct HotKeyPress {
+    quint32 time = 0; // the X server's, in milliseconds; 0 for unknown
+    QByteArray waylandToken;
 };
 
 // Hears key combinations while another application is in front.
@@ -41,12 +48,21 @@ public:
     // Unset for an id that is not grabbed.
     virtual HotKeyStatus status(quint32 id) const = 0;
 
+    // Of the one that pressed() tells of last.
+    const HotKeyPress &latestPress() const { return m_latestPress; }
+
 Q_SIGNALS:
     // Once for each press, however long the keys are held.
     void pressed(quint32 id);
     void released(quint32 id);
     // Never from within grab() or release().
     void statusChanged(quint32 id);
+
+protected:
+    void setLatestPress(const HotKeyPress &press) { m_latestPress = press; }
+
+private:
+    HotKeyPress m_latestPress;
 };
 
 // Why a grab fails on every desktop alike.

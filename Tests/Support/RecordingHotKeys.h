@@ -24,6 +24,7 @@ public:
 
     // Arranging.
     void refuseGrabs(const QString &reason) { m_refusal = reason; }
+    void setTimeOfPresses(quint32 time) { setLatestPress({ .time = time, .waylandToken = {} }); }
     void allowGrabs() { m_refusal.reset(); }
     void setStatus(quint32 id, const HotKeyStatus &status)
     {

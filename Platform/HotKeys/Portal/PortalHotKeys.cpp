@@ -144,9 +144,12 @@ void PortalHotKeys::openSession()
     connect(m_session.get(), &PortalSession::shortcutsChanged, this, &PortalHotKeys::takeChanged);
     connect(m_session.get(), &PortalSession::failed, this, &PortalHotKeys::takeFailure);
     connect(m_session.get(), &PortalSession::gone, this, &PortalHotKeys::sessionIsGone);
-    connect(m_session.get(), &PortalSession::activated, this, [this](const QString &shortcut) {
-        if (const Wish *wish = wishNamed(shortcut))
-            Q_EMIT pressed(wish->id);
+    connect(m_session.get(), &PortalSession::activated, this, [this](const QString &shortcut, const QByteArray &token) {
+        const Wish *wish = wishNamed(shortcut);
+        if (!wish)
+            return;
+        setLatestPress({ .time = 0, .waylandToken = token });
+        Q_EMIT pressed(wish->id);
     });
     connect(m_session.get(), &PortalSession::deactivated, this, [this](const QString &shortcut) {
         if (const Wish *wish = wishNamed(shortcut))

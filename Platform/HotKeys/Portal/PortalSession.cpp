@@ -91,7 +91,8 @@ void PortalSession::close()
 void PortalSession::takeActivated(const QDBusMessage &message)
 {
     if (concernsUs(message))
-        Q_EMIT activated(message.arguments().value(1).toString());
+        Q_EMIT activated(message.arguments().value(1).toString(),
+            qdbus_cast<QVariantMap>(message.arguments().value(3)).value(u"activation_token"_s).toByteArray());
 }
 
 void PortalSession::takeDeactivated(const QDBusMessage &message)

@@ -42,7 +42,8 @@ Q_SIGNALS:
     void shortcutsChanged(const PortalShortcutList &changed);
     // Only gone() can follow.
     void failed(PortalSession::Failure failure);
-    void activated(const QString &shortcut);
+    // The token lets a window of ours have the keyboard; empty where the desktop gives none.
+    void activated(const QString &shortcut, const QByteArray &activationToken);
     void deactivated(const QString &shortcut);
     void gone();
 

@@ -201,6 +201,8 @@ void X11HotKeys::takeEvents()
         if (type == XCB_KEY_PRESS || type == XCB_KEY_RELEASE) {
             const auto *key = reinterpret_cast<const xcb_key_press_event_t *>(event.get());
             if (type == XCB_KEY_PRESS)
+                setLatestPress({ .time = key->time, .waylandToken = {} });
+            if (type == XCB_KEY_PRESS)
                 keyWentDown({ key->detail, m_modifierMap.withoutLocks(key->state) });
             else
                 keyWentUp(key->detail);
