@@ -46,7 +46,7 @@ SystemTermination::SystemTermination(QObject *parent)
     : Termination(parent)
 {
     connect(qApp, &QCoreApplication::aboutToQuit, this, &Termination::willTerminate);
-    connect(qApp, &QGuiApplication::commitDataRequest, this, &Termination::willTerminate, Qt::DirectConnection);
+    connect(qApp, &QGuiApplication::commitDataRequest, this, &Termination::sessionMayEnd, Qt::DirectConnection);
 
     std::array<int, 2> ends {};
     if (::pipe2(ends.data(), O_CLOEXEC | O_NONBLOCK) != 0)
@@ -79,5 +79,6 @@ void SystemTermination::readSignal() const
 {
     std::array<char, 16> bytes {};
     while (::read(m_readEnd, bytes.data(), bytes.size()) > 0) { }
-    QCoreApplication::quit();
+    // Unlike the quit command, this ends the loops of open dialogs, too.
+    QCoreApplication::exit();
 }

@@ -4,6 +4,8 @@
 #include <Termination.h>
 
 #include <QApplication>
+#include <QCloseEvent>
+#include <QDialog>
 #include <QSessionManager>
 #include <QSignalSpy>
 #include <QTest>
@@ -22,6 +24,7 @@ class TerminationTest : public QObject
 private Q_SLOTS:
     void signalEndsTheEventLoopWithANotice_data();
     void signalEndsTheEventLoopWithANotice();
+    void signalEndsAnOpenDialogToo();
     void quitCommandGivesNotice();
     void sessionEndGivesNotice();
     void ignoredHangUpStaysIgnored();
@@ -54,6 +57,30 @@ void TerminationTest::signalEndsTheEventLoopWithANotice()
     std::signal(number, previous);
 }
 
+// A window that refuses to close can keep the quit command waiting, but not the one who sent the signal.
+void TerminationTest::signalEndsAnOpenDialogToo()
+{
+    class Refusing : public QDialog
+    {
+    public:
+        using QDialog::QDialog;
+
+    protected:
+        void closeEvent(QCloseEvent *event) override { event->ignore(); }
+    };
+    const SystemTermination termination;
+    const QSignalSpy notices(&termination, &Termination::willTerminate);
+    Refusing dialog;
+
+    QTimer::singleShot(0, this, [&dialog] {
+        QTimer::singleShot(0, &dialog, [] { ::kill(::getpid(), SIGTERM); });
+        dialog.exec();
+    });
+    QApplication::exec();
+
+    QCOMPARE(notices.count(), 1);
+}
+
 void TerminationTest::quitCommandGivesNotice()
 {
     const SystemTermination termination;
@@ -68,7 +95,8 @@ void TerminationTest::quitCommandGivesNotice()
 void TerminationTest::sessionEndGivesNotice()
 {
     const SystemTermination termination;
-    const QSignalSpy notices(&termination, &Termination::willTerminate);
+    const QSignalSpy notices(&termination, &Termination::sessionMayEnd);
+    const QSignalSpy ends(&termination, &Termination::willTerminate);
 
     // Qt sends this with a session manager that it alone can make; nobody here looks at it.
     std::array<std::byte, sizeof(void *)> unread {};
@@ -77,6 +105,7 @@ void TerminationTest::sessionEndGivesNotice()
         QMetaObject::invokeMethod(qApp, "commitDataRequest", Qt::DirectConnection, Q_ARG(QSessionManager &, manager)));
 
     QCOMPARE(notices.count(), 1);
+    QCOMPARE(ends.count(), 0);
 }
 
 void TerminationTest::ignoredHangUpStaysIgnored()
