@@ -12,6 +12,7 @@
 #include <QGridLayout>
 #include <QLabel>
 #include <QRadioButton>
+#include <QScopedValueRollback>
 #include <QShortcut>
 #include <QVBoxLayout>
 
@@ -140,7 +141,11 @@ void VTPreferencesWindow::addPresence(QVBoxLayout &column)
         column.addWidget(button);
     }
     m_presenceNote = addNote(column, "presenceNote");
-    connect(m_iconStatus, &QButtonGroup::idClicked, this, &VTPreferencesWindow::iconStatusChosen);
+    // Assistive technology toggles where a hand clicks.
+    connect(m_iconStatus, &QButtonGroup::idToggled, this, [this](int iconStatus, bool isChosen) {
+        if (isChosen && !m_isBeingTold)
+            Q_EMIT iconStatusChosen(iconStatus);
+    });
     connect(m_iconStatus, &QButtonGroup::idToggled, this, &VTPreferencesWindow::updatePresenceNote);
 }
 
@@ -149,12 +154,18 @@ void VTPreferencesWindow::addSwitches(QVBoxLayout &column)
     m_hidesWhenInactive
         = new QCheckBox(QCoreApplication::translate("Vantle", "&Hide when another program is in front"), this);
     m_hidesWhenInactive->setObjectName(u"hidesWhenInactive"_s);
-    connect(m_hidesWhenInactive, &QCheckBox::clicked, this, &VTPreferencesWindow::hidesWhenInactiveChosen);
+    connect(m_hidesWhenInactive, &QCheckBox::toggled, this, [this](bool hidesWhenInactive) {
+        if (!m_isBeingTold)
+            Q_EMIT hidesWhenInactiveChosen(hidesWhenInactive);
+    });
     column.addWidget(m_hidesWhenInactive);
 
     m_startsAtLogin = new QCheckBox(QCoreApplication::translate("Vantle", "Start when I &log in"), this);
     m_startsAtLogin->setObjectName(u"startsAtLogin"_s);
-    connect(m_startsAtLogin, &QCheckBox::clicked, this, &VTPreferencesWindow::startsAtLoginChosen);
+    connect(m_startsAtLogin, &QCheckBox::toggled, this, [this](bool startsAtLogin) {
+        if (!m_isBeingTold)
+            startsAtLoginChosen(startsAtLogin);
+    });
     column.addWidget(m_startsAtLogin);
     m_loginNote = addNote(column, "loginNote");
 }
@@ -242,12 +253,14 @@ void VTPreferencesWindow::setHotKeyStatus(const SRRecorderControl *recorder, con
 
 void VTPreferencesWindow::setIconStatus(int iconStatus)
 {
+    const QScopedValueRollback told(m_isBeingTold, true);
     QAbstractButton *const button = m_iconStatus->button(iconStatus);
     (button ? button : m_iconStatus->button(0))->setChecked(true);
 }
 
 void VTPreferencesWindow::setHidesWhenInactive(bool hidesWhenInactive)
 {
+    const QScopedValueRollback told(m_isBeingTold, true);
     m_hidesWhenInactive->setChecked(hidesWhenInactive);
 }
 
@@ -265,6 +278,7 @@ void VTPreferencesWindow::setDesktopLimits(const DesktopLimits &limits)
 
 void VTPreferencesWindow::showEvent(QShowEvent *event)
 {
+    const QScopedValueRollback told(m_isBeingTold, true);
     m_startsAtLogin->setChecked(m_autostart.isEnabled());
     m_loginNote->hide();
     fit();
@@ -321,6 +335,7 @@ void VTPreferencesWindow::updateHotKeyNotes()
 
 void VTPreferencesWindow::startsAtLoginChosen(bool startsAtLogin)
 {
+    const QScopedValueRollback told(m_isBeingTold, true);
     const Result<void> written = m_autostart.setEnabled(startsAtLogin);
     m_startsAtLogin->setChecked(m_autostart.isEnabled());
     if (!written)

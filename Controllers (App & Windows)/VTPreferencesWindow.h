@@ -91,5 +91,6 @@ private:
     QLabel *m_hotKeyNote = nullptr;
     std::array<HotKey, 3> m_hotKeys { { { .action = "toggle" }, { .action = "new-event" }, { .action = "new-todo" } } };
     bool m_restartRequired = false;
+    bool m_isBeingTold = false; // what changes is no choice of the person
     DesktopLimits m_limits;
 };
