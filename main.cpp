@@ -6,9 +6,14 @@
 #include <Clock.h>
 #include <DesktopAlerts.h>
 #include <DesktopAppearance.h>
+#include <DesktopPresence.h>
 #include <DesktopWorkspace.h>
 #include <FileChooser.h>
+#include <KeyboardLayouts.h>
+#include <PTHotKeyCenter.h>
+#include <SingleInstance.h>
 #include <Termination.h>
+#include <TrayStatusBar.h>
 #include <UserDefaults.h>
 #include <VTAppController.h>
 #include <VTMainWindow.h>
@@ -18,15 +23,32 @@
 #include <QPalette>
 #include <QTranslator>
 
+#include <cstdio>
+
 using namespace Qt::StringLiterals;
 
 int main(int argc, char **argv)
 {
+    // The application object takes it away.
+    const ActivationToken token = ActivationToken::fromEnvironment();
     QApplication application(argc, argv);
     QApplication::setApplicationName(u"vantle"_s);
     QApplication::setOrganizationName(u"vantle"_s);
     QApplication::setApplicationDisplayName(u"Vantle"_s);
     QGuiApplication::setDesktopFileName(u"org.vantle.Vantle"_s);
+    // The controller decides when the program ends without a window.
+    QGuiApplication::setQuitOnLastWindowClosed(false);
+    SingleInstance instance(QDBusConnection::sessionBus());
+    switch (instance.begin(token)) {
+    case SingleInstance::Start::Further:
+        return 0;
+    case SingleInstance::Start::Unanswered:
+        std::fputs("vantle: Vantle runs already, and does not answer.\n", stderr);
+        return 1;
+    case SingleInstance::Start::First:
+    case SingleInstance::Start::Alone:
+        break;
+    }
     QTranslator translator;
     if (translator.load(QLocale(), u"vantle"_s, u"_"_s, u":/i18n"_s))
         QApplication::installTranslator(&translator);
@@ -39,12 +61,21 @@ int main(int argc, char **argv)
     SystemTermination termination;
     SystemAlerts alerts;
     SystemFileChooser fileChooser;
+    DesktopPresence presence;
+    TrayStatusBar statusBar;
     const SoundThemeSounds sounds;
     CalendarSources sources(clock);
 
-    VTAppController controller(
-        { { sources.store(), defaults, clock, beeper, workspace, termination, alerts, fileChooser, sounds, nullptr },
-            appearance, WindowStateFile(WindowStateFile::defaultPath()) });
+    VTAppController controller({
+        .window = { sources.store(), defaults, clock, beeper, workspace, termination, alerts, fileChooser, sounds,
+            nullptr, &presence },
+        .appearance = appearance,
+        .windowState = WindowStateFile(WindowStateFile::defaultPath()),
+        .statusBar = statusBar,
+        .hotKeyCenter = PTHotKeyCenter::sharedCenter(),
+        .keyboardLayouts = KeyboardLayouts::current(),
+        .launcher = instance,
+    });
     controller.awakeFromNib();
     sources.serve(*controller.mainWindow());
     return QApplication::exec();

@@ -2,10 +2,17 @@
 #include "VTAppController.h"
 
 #include "VTMainWindow.h"
+#include "VTPreferencesWindow.h"
+#include "VTSettings.h"
+#include "VTStatusbarMenu.h"
 
+#include <AutostartEntry.h>
 #include <DesktopAppearance.h>
 #include <KLVStyle.h>
 #include <KLVTheme.h>
+#include <PTHotKeyCenter.h>
+#include <PTKeyCombo.h>
+#include <Presence.h>
 #include <PropertyList.h>
 #include <Termination.h>
 #include <UserDefaults.h>
@@ -43,14 +50,48 @@ void VTAppController::awakeFromNib()
     dressApplication();
     m_window = std::make_unique<VTMainWindow>();
     m_window->restoreWindowState(m_services.windowState.read());
-    m_mainWindowController.setWindow(m_window.get());
-    m_mainWindowController.awakeFromNib();
-    // After the main window's own, so that what it writes is on the disk as well.
+    m_preferencesWindow = std::make_unique<VTPreferencesWindow>(
+        m_services.keyboardLayouts, &PTKeyCombo::nameForKeyCode, AutostartEntry::ofThisProgram());
+    m_statusbarMenu = std::make_unique<VTStatusbarMenu>();
+    connectPreferencesWindow();
+    connectStatusbarMenu();
+    followPresence();
+    // Before the main window's own, whose settings are written after those of the shell; then all goes to the disk.
     connect(
         &m_services.window.termination, &Termination::willTerminate, this, &VTAppController::applicationWillTerminate);
-    m_window->show();
+    m_mainWindowController.setWindow(m_window.get());
+    m_mainWindowController.awakeFromNib();
+    connect(&m_services.window.termination, &Termination::willTerminate, this, &VTAppController::flush);
+    connect(&m_services.window.termination, &Termination::sessionMayEnd, this, [this] {
+        saveSettings();
+        m_mainWindowController.saveDefaults();
+        flush();
+    });
+
+    m_dockIconIsVisibleNow = false;
+    setIconStatus(static_cast<qint32>(m_defaults.integerForKey(VTIconStatusKey)));
+    setHidesWhenInactive(m_defaults.boolForKey(VTHidesWhenInactiveKey));
+    wireHotKeys();
+    followLauncher();
+    applicationDidFinishLaunching();
     // The window does not wait for the bus.
     QTimer::singleShot(0, &m_services.appearance, &DesktopAppearance::followPortal);
+}
+
+void VTAppController::applicationDidFinishLaunching()
+{
+    m_window->show();
+    m_window->activateWindow();
+}
+
+QWidget *VTAppController::preferencesWindowAsWidget() const
+{
+    return m_preferencesWindow.get();
+}
+
+QVariant VTAppController::valueForKey(const QString &key) const
+{
+    return property(key.toLatin1().constData());
 }
 
 void VTAppController::dressApplication()
@@ -72,6 +113,14 @@ void VTAppController::dressApplication()
 }
 
 void VTAppController::applicationWillTerminate()
+{
+    PTHotKeyCenter &center = m_services.hotKeyCenter;
+    for (const PTHotKeyPtr &hotKey : center.allHotKeys())
+        center.unregisterHotKey(hotKey);
+    saveSettings();
+}
+
+void VTAppController::flush()
 {
     // Neither failure may keep the program from ending. The settings note theirs in the log themselves.
     [[maybe_unused]] const auto settings = m_defaults.synchronize();

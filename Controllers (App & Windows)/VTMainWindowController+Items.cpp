@@ -10,6 +10,7 @@
 #include <DesktopAlerts.h>
 #include <KLVAccordionView.h>
 #include <KLVView.h>
+#include <Presence.h>
 
 #include <QAction>
 #include <QFontMetrics>
@@ -120,6 +121,10 @@ void VTMainWindowController::showWindowAndMakeActiveApp(QObject * /*sender*/)
     disarmFirstSelection();
     if (!m_window)
         return;
+    if (m_services.presence) {
+        m_services.presence->bringToFront(*m_window);
+        return;
+    }
     m_window->setWindowState(m_window->QWidget::windowState() & ~Qt::WindowMinimized);
     m_window->show();
     m_window->raise();

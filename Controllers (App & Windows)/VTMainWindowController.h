@@ -34,6 +34,7 @@ class FileChooser;
 class KLVAccordionView;
 class KLVDateNavigator;
 class KLVDatePicker;
+class Presence;
 class QAction;
 class QLabel;
 class Termination;
@@ -53,6 +54,7 @@ struct VTMainWindowServices {
     FileChooser &fileChooser;
     const AlertSounds &sounds;
     CalendarApplication *calendarApplication = nullptr; // null where the desktop has none
+    Presence *presence = nullptr; // null: the window comes to the front as far as the toolkit gets it
 };
 
 // The controller of the one main window: the shown day and its two lists, the

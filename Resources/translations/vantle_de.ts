@@ -1136,5 +1136,21 @@ Give the account&apos;s password in the program that manages your calendars.</so
         <translation>Vantle kann die Konteneinstellungen dieser Arbeitsumgebung nicht öffnen.
 Geben Sie das Passwort des Kontos in dem Programm ein, das Ihre Kalender verwaltet.</translation>
     </message>
+    <message>
+        <source>Show or hide Vantle</source>
+        <translation>Vantle zeigen oder verbergen</translation>
+    </message>
+    <message>
+        <source>Show Vantle</source>
+        <translation>Vantle zeigen</translation>
+    </message>
+    <message>
+        <source>Preferences…</source>
+        <translation>Einstellungen …</translation>
+    </message>
+    <message>
+        <source>Quit Vantle</source>
+        <translation>Vantle beenden</translation>
+    </message>
 </context>
 </TS>

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
-#include "MainWindowFixture.h"
+#include "ApplicationFixture.h"
 
-#include <DesktopAppearance.h>
 #include <KLVTheme.h>
 #include <TestRegistry.h>
 #include <VTSettings.h>
@@ -89,10 +88,9 @@ private Q_SLOTS:
 
 void VTAppControllerTest::awakeningShowsTheWindowWithItsDay()
 {
-    MainWindowFixture fixture;
+    ApplicationFixture fixture;
     fixture.addEvent("event");
-    DesktopAppearance appearance { QPalette() };
-    VTAppController app({ fixture.services(), appearance, WindowStateFile(fixture.folder.filePath(u"window.json"_s)) });
+    VTAppController app(fixture.appServices());
 
     app.awakeFromNib();
 
@@ -103,10 +101,9 @@ void VTAppControllerTest::awakeningShowsTheWindowWithItsDay()
 
 void VTAppControllerTest::terminationWritesSettingsAndWindowState()
 {
-    MainWindowFixture fixture;
-    DesktopAppearance appearance { QPalette() };
-    const WindowStateFile stateFile(fixture.folder.filePath(u"state/window.json"_s));
-    VTAppController app({ fixture.services(), appearance, stateFile });
+    ApplicationFixture fixture;
+    const WindowStateFile stateFile(fixture.folder.filePath(u"window.json"_s));
+    VTAppController app(fixture.appServices());
     app.awakeFromNib();
     app.mainWindowController()->setTaskSortMethod(2);
     app.mainWindow()->resize(400, 500);
@@ -120,14 +117,13 @@ void VTAppControllerTest::terminationWritesSettingsAndWindowState()
 
 void VTAppControllerTest::windowIsFoundAsItWasLeftInTheRunBefore()
 {
-    MainWindowFixture fixture;
-    DesktopAppearance appearance { QPalette() };
-    const WindowStateFile stateFile(fixture.folder.filePath(u"state/window.json"_s));
+    ApplicationFixture fixture;
+    const WindowStateFile stateFile(fixture.folder.filePath(u"window.json"_s));
     WindowState left;
     left.frame = QRect(50, 60, 420, 520);
     left.dividerPosition = 200;
     QVERIFY(stateFile.write(left).isOk());
-    VTAppController app({ fixture.services(), appearance, stateFile });
+    VTAppController app(fixture.appServices());
 
     app.awakeFromNib();
     QVERIFY(QTest::qWaitForWindowExposed(app.mainWindow()));
@@ -140,11 +136,10 @@ void VTAppControllerTest::plainStyleGetsOurColours()
 {
     QApplication::setStyle(QStyleFactory::create(u"fusion"_s));
     const QPalette previous = QApplication::palette();
-    MainWindowFixture fixture;
     QPalette dark;
     dark.setColor(QPalette::Window, Qt::black);
-    DesktopAppearance appearance(dark);
-    VTAppController app({ fixture.services(), appearance, WindowStateFile(fixture.folder.filePath(u"window.json"_s)) });
+    ApplicationFixture fixture(dark);
+    VTAppController app(fixture.appServices());
 
     app.awakeFromNib();
 

@@ -4,6 +4,7 @@
 #include "MemoryBackend.h"
 
 #include <FolderCalendarStore.h>
+#include <KeyboardLayouts.h>
 #include <VTMainWindow.h>
 
 using namespace Qt::StringLiterals;
@@ -31,12 +32,14 @@ std::unique_ptr<CalCalendarStore> storeOf(const QString &calendars, Clock &clock
 
 WholeApplication::WholeApplication(const QString &calendars, const QString &home, Clock &clock, const QPalette &palette,
     const QStringList &silentServices)
-    : m_defaults(home + u"/vantle.conf"_s)
+    : m_hotKeyCenter(std::make_unique<RecordingHotKeys>())
+    , m_defaults(home + u"/vantle.conf"_s)
     , m_appearance(palette)
     , m_store(storeOf(calendars, clock, silentServices))
     , m_controller({ { *m_store, m_defaults, clock, m_beeper, m_workspace, m_termination, m_alerts, m_fileChooser,
-                         m_sounds, nullptr },
-          m_appearance, WindowStateFile(home + u"/window.json"_s) })
+                         m_sounds, nullptr, &m_presence },
+          m_appearance, WindowStateFile(home + u"/window.json"_s), m_statusBar, m_hotKeyCenter,
+          KeyboardLayouts::current(), m_launcher })
 {
     m_controller.awakeFromNib();
 }

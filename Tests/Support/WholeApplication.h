@@ -4,11 +4,16 @@
 #include "FixedAlertSounds.h"
 #include "RecordingAlerts.h"
 #include "RecordingBeeper.h"
+#include "RecordingHotKeys.h"
+#include "RecordingPresence.h"
+#include "RecordingStatusBar.h"
 #include "RecordingWorkspace.h"
 #include "ScriptedFileChooser.h"
 
 #include <CalCalendarStore.h>
 #include <DesktopAppearance.h>
+#include <LauncherRequests.h>
+#include <PTHotKeyCenter.h>
 #include <Termination.h>
 #include <UserDefaults.h>
 #include <VTAppController.h>
@@ -40,6 +45,10 @@ private:
     RecordingAlerts m_alerts;
     ScriptedFileChooser m_fileChooser;
     FixedAlertSounds m_sounds;
+    RecordingPresence m_presence;
+    RecordingStatusBar m_statusBar;
+    PTHotKeyCenter m_hotKeyCenter;
+    LauncherRequests m_launcher;
     UserDefaults m_defaults;
     DesktopAppearance m_appearance;
     std::unique_ptr<CalCalendarStore> m_store;

@@ -1,0 +1,88 @@
+# SPDX-License-Identifier: MIT
+"""What stands around the program on a desktop: another window manager, another
+program's window, and what the window manager says of ours."""
+
+import os
+import re
+import subprocess
+
+from driver import eventually, run
+
+
+def property_of(window, name):
+    """The value of a window's property as xprop prints it, or nothing."""
+    answer = run("xprop", "-id", window, name)
+    return answer.split("=", 1)[1].strip() if "=" in answer else ""
+
+
+def focused_window():
+    answer = run("xprop", "-root", "_NET_ACTIVE_WINDOW")
+    return int(re.search(r"0x[0-9a-f]+", answer).group(), 16)
+
+
+def is_viewable(window):
+    answer = subprocess.run(["xwininfo", "-id", str(window)], capture_output=True, text=True, check=False).stdout
+    return "IsViewable" in answer
+
+
+def window_manager():
+    check = run("xprop", "-root", "_NET_SUPPORTING_WM_CHECK")
+    found = re.search(r"0x[0-9a-f]+", check)
+    if not found:
+        return ""
+    answer = subprocess.run(["xprop", "-id", found.group(), "_NET_WM_NAME"], capture_output=True, text=True,
+                            check=False).stdout
+    return answer.split('"')[1].lower() if '"' in answer else ""
+
+
+class Process:
+    """A child that is ended with its test."""
+
+    def __init__(self, *command, **environment):
+        self.process = subprocess.Popen([str(word) for word in command], env=os.environ | environment,
+                                        stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+
+    def close(self):
+        if self.process.poll() is None:
+            self.process.terminate()
+            self.process.wait()
+
+
+class WindowManager(Process):
+    """Takes the place of the window manager that is there."""
+
+    def __init__(self, *command):
+        super().__init__(*command)
+        eventually(lambda: window_manager().startswith(str(command[0])[:5]), what=f"{command[0]} as window manager")
+
+
+class OtherProgram(Process):
+    """A program of somebody else, with a window that has the keyboard."""
+
+    TITLE = "Event Tester"
+
+    def __init__(self):
+        super().__init__("xev", "-name", self.TITLE)
+        self.window = eventually(self._find, what="the other program's window")
+        self.focus()
+
+    def _find(self):
+        found = subprocess.run(["xdotool", "search", "--onlyvisible", "--name", f"^{self.TITLE}$"],
+                               capture_output=True, text=True, check=False).stdout.split()
+        return int(found[0]) if found else None
+
+    def focus(self):
+        run("xdotool", "windowactivate", "--sync", self.window)
+        eventually(lambda: focused_window() == self.window, what="the other program in front")
+
+
+def write_settings(home, **values):
+    """Settings as an earlier run left them."""
+    path = home.settings()
+    path.parent.mkdir(parents=True, exist_ok=True)
+    path.write_text("[General]\n" + "".join(f"{name}={value}\n" for name, value in values.items()))
+
+
+def read_settings(home):
+    lines = home.settings().read_text().splitlines()
+    return dict(line.split("=", 1) for line in lines if "=" in line)
