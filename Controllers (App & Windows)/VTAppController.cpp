@@ -52,7 +52,7 @@ void VTAppController::awakeFromNib()
     m_window->restoreWindowState(m_services.windowState.read());
     m_preferencesWindow = std::make_unique<VTPreferencesWindow>(
         m_services.keyboardLayouts, &PTKeyCombo::nameForKeyCode, AutostartEntry::ofThisProgram());
-    m_statusbarMenu = std::make_unique<VTStatusbarMenu>();
+    m_statusbarMenu = std::make_unique<VTStatusbarMenu>(m_window.get());
     connectPreferencesWindow();
     connectStatusbarMenu();
     followPresence();

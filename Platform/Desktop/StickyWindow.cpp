@@ -3,6 +3,9 @@
 
 #include "X11Messages.h"
 
+#include <QTimer>
+#include <QWidget>
+
 namespace
 {
 
@@ -13,7 +16,12 @@ constexpr quint32 sourceIsApplication = 1;
 
 void showOnAllDesktops(const QWidget &window)
 {
-    // The property serves a window that is not mapped yet, the message one that is.
-    X11Messages::setCardinal(window, "_NET_WM_DESKTOP", allDesktops);
-    X11Messages::send(window, "_NET_WM_DESKTOP", { allDesktops, sourceIsApplication, 0, 0, 0 });
+    // A window manager that finds the wish on a window before it has it may take it for the number of a
+    // desktop: xfwm4 then puts the window on the last one, where nobody looks.
+    if (!window.testAttribute(Qt::WA_Mapped))
+        X11Messages::removeProperty(window, "_NET_WM_DESKTOP");
+    QTimer::singleShot(0, &window, [&window] {
+        if (window.isVisible())
+            X11Messages::send(window, "_NET_WM_DESKTOP", { allDesktops, sourceIsApplication, 0, 0, 0 });
+    });
 }

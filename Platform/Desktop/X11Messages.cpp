@@ -80,13 +80,12 @@ void X11Messages::send(const QWidget &window, const char *type, const std::array
     xcb_flush(x);
 }
 
-void X11Messages::setCardinal(const QWidget &window, const char *property, quint32 value)
+void X11Messages::removeProperty(const QWidget &window, const char *property)
 {
     xcb_connection_t *x = connection();
     if (!x || !window.isWindow())
         return;
-    xcb_change_property(x, XCB_PROP_MODE_REPLACE, static_cast<xcb_window_t>(window.winId()), atom(x, property),
-        XCB_ATOM_CARDINAL, 32, 1, &value);
+    xcb_delete_property(x, static_cast<xcb_window_t>(window.winId()), atom(x, property));
     xcb_flush(x);
 }
 

@@ -18,8 +18,7 @@ bool isAvailable();
 
 // A request of the window manager, as the EWMH has it: a client message to the root window.
 void send(const QWidget &window, const char *type, const std::array<quint32, 5> &data);
-// A property of cardinals; serves windows that are not mapped yet.
-void setCardinal(const QWidget &window, const char *property, quint32 value);
+void removeProperty(const QWidget &window, const char *property);
 
 enum class States { Add, Remove };
 // States of _NET_WM_STATE, in the window's property and by a request. Others that the window has stay.
