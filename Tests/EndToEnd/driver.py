@@ -135,7 +135,7 @@ class Vantle:
             "QT_LINUX_ACCESSIBILITY_ALWAYS_ON": "1", "LC_ALL": "C.UTF-8", "LANGUAGE": ""} | environment
         self.process = subprocess.Popen([*map(str, before), str(PROGRAM)], env=variables)
         try:
-            self.window = eventually(self._visible_window, START_LIMIT, "a visible window")
+            self.window = eventually(self.visible_window, START_LIMIT, "a visible window")
             self.top = eventually(self._accessible_window, START_LIMIT, "a window for assistive technology")
             run("xdotool", "windowactivate", "--sync", self.window)
         except BaseException:
@@ -143,10 +143,10 @@ class Vantle:
             self.process.wait()
             raise
 
-    def _visible_window(self):
+    def visible_window(self):
         if self.process.poll() is not None:
             raise RuntimeError(f"the program ended with status {self.process.returncode}")
-        found = subprocess.run(["xdotool", "search", "--onlyvisible", "--pid", str(self.process.pid), "--name", "."],
+        found = subprocess.run(["xdotool", "search", "--all", "--onlyvisible", "--pid", str(self.process.pid), "--name", "."],
                                capture_output=True, text=True, check=False).stdout.split()
         return found[0] if found else None
 
