@@ -67,7 +67,22 @@ private:
             takeBack();
             return faultOf(reason);
         }
-        return {};
+        return lookAgain();
+    }
+
+    // The flush takes long enough for a program that looked at the old file before the exchange to rename over ours
+    // after it, or to write into the old file, which it had open. What is not there any more was not saved.
+    Outcome lookAgain()
+    {
+        if (temporaryContent() != m_expected) {
+            takeBack();
+            calls().flush(folder());
+            return changed();
+        }
+        const auto present = content();
+        if (!present)
+            return faultOf(errno);
+        return *present == m_replacement ? Outcome() : Outcome(changed());
     }
 
     // Where the file system cannot exchange: a change between the two calls would be lost.
@@ -171,6 +186,12 @@ public:
             const int reason = errno;
             giveNameBack();
             return faultOf(reason);
+        }
+        // Whoever had it open may have written into it after all.
+        if (temporaryContent() != m_expected) {
+            giveNameBack();
+            calls().flush(folder());
+            return changed();
         }
         removeTemporary();
         return old.st_mode;

@@ -42,7 +42,8 @@ public:
 
     // The new bytes go to a temporary file beside the old one and reach the disk; then the two change
     // places in one step. What came out is compared with `expected`, the content on which the new one is
-    // built: if it differs, the two change back. Owner and permissions stay.
+    // built: if it differs, the two change back. A success says that the new content is on the disk and still
+    // stood under the name after that. Owner and permissions stay.
     Result<void, WritingFault> replace(const QString &path, const QByteArray &expected, const QByteArray &replacement);
 
     // Gives the file its name when all of it is on the disk; a file that has the name is left alone.

@@ -1,15 +1,19 @@
 // SPDX-License-Identifier: MIT
 //
 // Another program that synchronises calendar files, as vdirsyncer does it: reads an
-// item, makes the new text, writes it to a temporary file, looks whether the item still
-// has the state that it was read in, and renames over it.
+// item and its state (inode and time of change), makes the new text, looks whether the
+// item still has that state, writes a temporary file, flushes it, and renames it over.
 //
-//   other_writer COUNT FILE...
+//   other_writer early|late COUNT FILE...
+//
+// "early" looks before it writes the temporary file, which is vdirsyncer's own order;
+// "late" looks right before it renames, which is as late as a program can.
 //
 // Adds a mark "fN" to the line X-OTHER of one file after the other, COUNT marks in all.
-// For each says "done N FILE FROM TO": when the last look was begun and when the
-// renaming had ended, in nanoseconds. Somebody who writes between the two is overwritten:
-// that is this program's own fault. A state that has changed is tried again.
+// For each says "done N FILE FROM TO BASE": when the look was begun and when the renaming had
+// ended, in nanoseconds, and the last mark of the notes in the text that was read. Somebody
+// who writes between look and renaming is overwritten: that is this program's own fault.
+// An item whose state has changed is tried again.
 #include <cerrno>
 #include <cstdio>
 #include <cstdlib>
@@ -29,7 +33,6 @@ namespace
 
 struct State {
     ino_t inode = 0;
-    off_t size = 0;
     long long modified = 0;
 
     bool operator==(const State &) const = default;
@@ -41,7 +44,7 @@ State stateOf(const std::string &path)
     if (::stat(path.c_str(), &status) != 0)
         return {};
     constexpr long long billion = 1'000'000'000;
-    return { status.st_ino, status.st_size, status.st_mtim.tv_sec * billion + status.st_mtim.tv_nsec };
+    return { status.st_ino, status.st_mtim.tv_sec * billion + status.st_mtim.tv_nsec };
 }
 
 std::string contentOf(const std::string &path)
@@ -67,6 +70,20 @@ std::string withMark(std::string text, int number)
     return text.insert(end, " f" + std::to_string(number));
 }
 
+// The last word of the notes.
+std::string lastMarkOf(std::string text)
+{
+    const std::string fold = "\r\n ";
+    for (size_t at = text.find(fold); at != std::string::npos; at = text.find(fold, at))
+        text.erase(at, fold.size());
+    const size_t begin = text.find("DESCRIPTION:");
+    const size_t end = text.find("\r\n", begin);
+    if (end == std::string::npos)
+        std::abort(); // a line of ours was lost
+    const size_t word = text.find_last_of(" :", end - 1) + 1;
+    return text.substr(word, end - word);
+}
+
 bool writeAnew(const std::string &path, const std::string &text)
 {
     const int file = ::open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0644);
@@ -76,20 +93,30 @@ bool writeAnew(const std::string &path, const std::string &text)
     return ::fsync(file) == 0 && ::close(file) == 0 && isWritten;
 }
 
+enum class Look { Early, Late };
+
 // Whether the mark is in.
-bool addMark(const std::string &path, int number)
+bool addMark(const std::string &path, int number, Look look)
 {
     const State read = stateOf(path);
     const std::string text = contentOf(path);
     const std::string temporary = path.substr(0, path.rfind('/') + 1) + "tmp" + std::to_string(number);
-    if (text.empty() || !writeAnew(temporary, withMark(text, number)))
+    if (text.empty())
+        return false;
+    const std::string marked = withMark(text, number);
+
+    const auto isWritten = [&] { return writeAnew(temporary, marked); };
+    if (look == Look::Late && !isWritten())
         return false;
     const long long from = nanoseconds();
-    if (stateOf(path) != read || ::rename(temporary.c_str(), path.c_str()) != 0) {
+    const bool isAsRead = stateOf(path) == read;
+    const bool isInPlace
+        = isAsRead && (look == Look::Late || isWritten()) && ::rename(temporary.c_str(), path.c_str()) == 0;
+    if (!isInPlace) {
         ::unlink(temporary.c_str());
         return false;
     }
-    std::printf("done %d %s %lld %lld\n", number, path.c_str(), from, nanoseconds());
+    std::printf("done %d %s %lld %lld %s\n", number, path.c_str(), from, nanoseconds(), lastMarkOf(text).c_str());
     std::fflush(stdout);
     return true;
 }
@@ -98,12 +125,15 @@ bool addMark(const std::string &path, int number)
 
 int main(int argc, char **argv)
 {
-    const int count = argc > 2 ? std::atoi(argv[1]) : 0;
-    const std::vector<std::string> paths(argv + 2, argv + argc);
+    if (argc < 4)
+        return 2;
+    const Look look = std::string(argv[1]) == "late" ? Look::Late : Look::Early;
+    const int count = std::atoi(argv[2]);
+    const std::vector<std::string> paths(argv + 3, argv + argc);
     std::mt19937 random(11);
     for (int number = 1; number <= count; ++number) {
         const std::string &path = paths.at(static_cast<size_t>(number) % paths.size());
-        while (!addMark(path, number))
+        while (!addMark(path, number, look))
             ::usleep(static_cast<useconds_t>(random() % 1'000));
         // Neither of the two shall be at it all the time.
         ::usleep(static_cast<useconds_t>(random() % 4'000));

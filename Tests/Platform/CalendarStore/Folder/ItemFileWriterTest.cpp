@@ -59,6 +59,9 @@ private Q_SLOTS:
     void aFileChangedInTheLastMomentIsKept_data();
     void aFileChangedInTheLastMomentIsKept();
     void aFileThatVanishesInTheLastMomentDoesNotComeBack();
+    void whatIsOverwrittenBeforeItIsAcknowledgedIsNoSuccess();
+    void whatIsWrittenIntoAnOpenFileIsNotLost_data();
+    void whatIsWrittenIntoAnOpenFileIsNotLost();
     void aReadOnlyFileIsNotReplaced();
     void aFolderThatCannotBeWrittenIsReported();
     void aLinkIsNotFollowed();
@@ -233,6 +236,70 @@ void ItemFileWriterTest::aFileThatVanishesInTheLastMomentDoesNotComeBack()
         QCOMPARE(outcome.error().kind, WritingFault::Kind::Vanished);
         QVERIFY(namesIn(folder.path(u"c"_s)).isEmpty());
     }
+}
+
+// As a program does it that looked at the old file before the exchange.
+void ItemFileWriterTest::whatIsOverwrittenBeforeItIsAcknowledgedIsNoSuccess()
+{
+    for (const bool isRemoved : { false, true }) {
+        const CalendarFolder folder;
+        folder.write(u"c/a.ics"_s, oldText);
+        InterferingCalls calls;
+        calls.actsAt = callsOfASave() - 2; // the flush of the folder
+        calls.action = [&] {
+            if (isRemoved)
+                folder.remove(u"c/a.ics"_s);
+            else
+                folder.writeByRenaming(u"c/a.ics"_s, "somebody else's");
+        };
+
+        const auto outcome = ItemFileWriter(calls).replace(folder.path(u"c/a.ics"_s), oldText, newText);
+
+        QVERIFY(!outcome);
+        QCOMPARE(outcome.error().kind, isRemoved ? WritingFault::Kind::Vanished : WritingFault::Kind::Changed);
+        QCOMPARE(folder.read(u"c/a.ics"_s), QByteArray(isRemoved ? "" : "somebody else's"));
+        QCOMPARE(namesIn(folder.path(u"c"_s)), isRemoved ? QStringList() : QStringList { u"a.ics"_s });
+    }
+}
+
+void ItemFileWriterTest::whatIsWrittenIntoAnOpenFileIsNotLost_data()
+{
+    QTest::addColumn<bool>("isRemoval");
+    QTest::addColumn<int>("flushOfFolder"); // which call it is
+
+    QTest::newRow("that is replaced") << false << callsOfASave() - 2;
+    QTest::newRow("that is removed") << true << 1;
+}
+
+void ItemFileWriterTest::whatIsWrittenIntoAnOpenFileIsNotLost()
+{
+    QFETCH(const bool, isRemoval);
+    QFETCH(const int, flushOfFolder);
+    const CalendarFolder folder;
+    folder.write(u"c/a.ics"_s, oldText);
+    const QString path = folder.path(u"c/a.ics"_s);
+    QFile theirs(path);
+    QVERIFY(theirs.open(QIODevice::ReadWrite));
+    InterferingCalls calls;
+    calls.actsAt = flushOfFolder;
+    calls.action = [&] {
+        theirs.write("somebody else's words");
+        theirs.flush();
+    };
+    ItemFileWriter writer(calls);
+
+    std::optional<WritingFault> fault;
+    if (isRemoval) {
+        if (const auto removed = writer.remove(path, oldText); !removed)
+            fault = removed.error();
+    } else if (const auto replaced = writer.replace(path, oldText, newText); !replaced) {
+        fault = replaced.error();
+    }
+
+    QVERIFY(fault);
+    QCOMPARE(fault->kind, WritingFault::Kind::Changed);
+    QVERIFY(folder.read(u"c/a.ics"_s).startsWith("somebody else's words"));
+    QCOMPARE(namesIn(folder.path(u"c"_s)), QStringList { u"a.ics"_s });
 }
 
 void ItemFileWriterTest::aReadOnlyFileIsNotReplaced()
