@@ -62,12 +62,13 @@ private:
     void writeDays()
     {
         const QDate first = m_event.startDate().date();
-        const QDate afterLast = std::max(first, m_event.endDate().date()).addDays(1);
+        const QDate afterLast = m_event.endDate().date().addDays(1);
+        const qint64 days = first.daysTo(afterLast);
         if (!isDay(m_item.start, first))
             m_patch.setDate("DTSTART", first);
-        if (m_item.hasDuration) {
-            if (!wasAllDay() || m_item.durationDays != first.daysTo(afterLast))
-                m_patch.setValue("DURATION", ICalendar::dayDurationText(first.daysTo(afterLast)));
+        if (keepsLength(days)) {
+            if (!wasAllDay() || m_item.durationDays != days)
+                m_patch.setValue("DURATION", ICalendar::dayDurationText(days));
         } else if (!wasAllDay() || !isDay(m_item.end, afterLast)) {
             m_patch.setDate("DTEND", afterLast);
         }
@@ -76,18 +77,26 @@ private:
     void writeInstants()
     {
         const ICalendar::UtcSeconds start = m_event.startDate().toSecsSinceEpoch();
-        // An end before the start is none that another program could read: RFC 5545, section 3.8.2.2.
-        const ICalendar::UtcSeconds end = std::max(start, m_event.endDate().toSecsSinceEpoch());
+        const ICalendar::UtcSeconds end = m_event.endDate().toSecsSinceEpoch();
         const bool hasTimes = m_item.start && !wasAllDay();
         if (!hasTimes || instantOf(*m_item.start) != start)
             writeStart(start);
-        if (m_item.hasDuration) {
+        if (keepsLength(end - start)) {
             const qint64 length = hasTimes && m_item.end ? instantOf(*m_item.end) - instantOf(*m_item.start) : -1;
             if (length != end - start)
                 m_patch.setValue("DURATION", ICalendar::durationText(end - start));
         } else if (!hasTimes || !m_item.end || instantOf(*m_item.end) != end) {
             writeEnd(end);
         }
+    }
+
+    // Whether a length goes on saying when the event ends. It cannot say that it ends before it starts
+    // (RFC 5545, section 3.8.2.5): then there is an end in its place.
+    bool keepsLength(qint64 length)
+    {
+        if (m_item.hasDuration && length < 0)
+            m_patch.setValue("DURATION", std::nullopt);
+        return m_item.hasDuration && length >= 0;
     }
 
     void writeStart(ICalendar::UtcSeconds start)

@@ -62,7 +62,8 @@ private Q_SLOTS:
     void anAllDayEventGetsATimeInTheZoneOfTheProcess();
     void theFilesOwnZoneIsTheOneThatIsMeant();
     void aZoneThatCannotBeDefinedIsWrittenInUtc();
-    void anEndBeforeTheStartIsStoredWithoutLength();
+    void anEndBeforeTheStartIsWrittenAsItIs_data();
+    void anEndBeforeTheStartIsWrittenAsItIs();
     void everyPropertyOfARecordIsWritten();
     void whatIsClearedGoes();
     void parametersThatDescribeTheOldTextGoWithIt();
@@ -284,18 +285,40 @@ void EventSavingTest::aZoneThatCannotBeDefinedIsWrittenInUtc()
     QVERIFY(folder.read(u"c/e.ics"_s).contains("DTEND:20260311T140000Z\r\n"));
 }
 
-void EventSavingTest::anEndBeforeTheStartIsStoredWithoutLength()
+void EventSavingTest::anEndBeforeTheStartIsWrittenAsItIs_data()
 {
+    QTest::addColumn<QByteArray>("times");
+    QTest::addColumn<bool>("isAllDay");
+    QTest::addColumn<QByteArray>("written");
+
+    const QByteArray timed = "DTSTART:20260311T080000Z\r\n";
+    const QByteArray day = "DTSTART;VALUE=DATE:20260311\r\n";
+    QTest::newRow("an end") << timed + "DTEND:20260311T090000Z\r\n" << false << QByteArray("DTEND:20260310T080000Z");
+    QTest::newRow("a length") << timed + "DURATION:PT1H\r\n" << false << QByteArray("DTEND:20260310T080000Z");
+    QTest::newRow("an end of days") << day + "DTEND;VALUE=DATE:20260312\r\n"
+                                    << true << QByteArray("DTEND;VALUE=DATE:20260310");
+    QTest::newRow("a length of days") << day + "DURATION:P1D\r\n" << true << QByteArray("DTEND;VALUE=DATE:20260310");
+}
+
+// It is shown as an event of no length, or of one day.
+void EventSavingTest::anEndBeforeTheStartIsWrittenAsItIs()
+{
+    QFETCH(const QByteArray, times);
+    QFETCH(const bool, isAllDay);
+    QFETCH(const QByteArray, written);
     const CalendarFolder folder;
-    folder.write(u"c/e.ics"_s, calendarText(eventText("e", "E", "20260311T080000Z", "DTEND:20260311T090000Z\r\n")));
+    folder.write(u"c/e.ics"_s, calendarText("BEGIN:VEVENT\r\nUID:e\r\n" + times + "END:VEVENT\r\n"));
     const auto store = folder.openWithoutWatching();
     const CalEventPtr event = eventsOn(*store, QDate(2026, 3, 11)).constFirst();
 
-    event->setEndDate(event->startDate().addSecs(-60));
+    event->setEndDate(isAllDay ? QDateTime(QDate(2026, 3, 9), QTime(23, 59, 59)) : event->startDate().addDays(-1));
     QVERIFY(store->saveEvent(*event, CalSpanThisEvent).isOk());
 
-    QVERIFY(folder.read(u"c/e.ics"_s).contains("DTEND:20260311T080000Z\r\n"));
-    QCOMPARE(eventsOn(*store, QDate(2026, 3, 11)).constFirst()->endDate(), event->startDate());
+    const QByteArray text = folder.read(u"c/e.ics"_s);
+    QVERIFY2(text.split('\n').contains(written + '\r') && !text.contains("DURATION"), text.constData());
+    const CalEventPtr shown = eventsOn(*folder.openWithoutWatching(), QDate(2026, 3, 11)).constFirst();
+    QCOMPARE(shown->startDate(), event->startDate());
+    QCOMPARE(shown->endDate(), isAllDay ? event->startDate().addSecs(86399) : event->startDate());
 }
 
 void EventSavingTest::everyPropertyOfARecordIsWritten()
