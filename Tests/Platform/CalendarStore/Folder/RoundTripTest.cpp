@@ -40,7 +40,8 @@ QByteArrayList otherLines(const QByteArray &text, const QSet<int> &components)
     return others;
 }
 
-// The item's own component; of a series also those of its exceptions that share its title.
+// What a change of the item's title concerns: its own component; of a series also those of its exceptions that share
+// its title.
 QSet<int> componentsOf(const ICalendar::Item &item, const ICalendar::Document &document)
 {
     QSet<int> components { item.component };
@@ -100,55 +101,69 @@ private Q_SLOTS:
     void aChangedTitleChangesFourLinesAtMost();
 
 private:
-    // What is wrong after the title of an item of the file was changed; empty when nothing is.
-    static QString faultAfterAChangeIn(const QByteArray &bytes, bool &isHeld);
+    // What is wrong after the title of that item of the text was changed; empty when nothing is. No lines but those
+    // four, and of these components alone, may be any different.
+    static QString faultAfterAChangeOf(const ICalendar::Item &item, const QSet<int> &components,
+        const ICalendar::Document &document, const QByteArray &bytes);
 };
 
-QString RoundTripTest::faultAfterAChangeIn(const QByteArray &bytes, bool &isHeld)
+QString RoundTripTest::faultAfterAChangeOf(const ICalendar::Item &item, const QSet<int> &components,
+    const ICalendar::Document &document, const QByteArray &bytes)
 {
-    ICalendar::ZoneRegistry zones;
-    const ICalendar::Document document = ICalendar::readDocument(bytes, zones);
-    const auto item = std::ranges::find_if(document.items, canBeShown);
-    isHeld = item != document.items.end();
-    if (!isHeld)
-        return {};
     const CalendarFolder folder;
     folder.write(u"c/sample.ics"_s, bytes);
     const auto store = folder.openWithoutWatching();
     if (folder.read(u"c/sample.ics"_s) != bytes)
         return u"reading alone has changed it"_s;
-    const CalCalendarItemPtr record = recordOf(*store, *item);
+    const CalCalendarItemPtr record = recordOf(*store, item);
     if (!record)
-        return u"its first item is not shown"_s;
+        return u"the item is not shown"_s;
 
     const QString title = u"Changed, to \"this\"; über\\den"_s;
     record->setTitle(title);
-    if (const auto saved = save(*store, record, item->recurrenceId.has_value()); !saved)
+    if (const auto saved = save(*store, record, item.recurrenceId.has_value()); !saved)
         return u"refused: "_s + saved.error().reason;
 
     const QByteArray after = folder.read(u"c/sample.ics"_s);
+    ICalendar::ZoneRegistry zones;
     const ICalendar::Document changed = ICalendar::readDocument(after, zones);
     if (changed.items.size() != document.items.size())
         return u"it holds another number of items"_s;
-    if (changed.items.at(item - document.items.begin()).summary != title)
+    if (changed.items.at(&item - document.items.constData()).summary != title)
         return u"the title is not in it"_s;
-    const QSet<int> components = componentsOf(*item, document);
     return otherLines(after, components) == otherLines(bytes, components) ? QString() : u"other lines have changed"_s;
 }
 
+// An item whose change concerns one component alone: of a series that shares its title with an exception, that one.
 void RoundTripTest::aChangedTitleChangesFourLinesAtMost()
 {
     QStringList faults;
     int held = 0;
+    int shared = 0;
+    ICalendar::ZoneRegistry zones;
     for (const QString &path : validFiles()) {
-        bool isHeld = false;
-        const QString fault = faultAfterAChangeIn(bytesOf(path), isHeld);
-        held += isHeld ? 1 : 0;
+        const QByteArray bytes = bytesOf(path);
+        const ICalendar::Document document = ICalendar::readDocument(bytes, zones);
+        const auto item = std::ranges::find_if(document.items, canBeShown);
+        if (item == document.items.end())
+            continue;
+        ++held;
+        const QSet<int> concerned = componentsOf(*item, document);
+        const auto single = std::ranges::find_if(document.items, [&](const ICalendar::Item &each) {
+            return concerned.size() == 1 ? each.component == item->component
+                                         : each.recurrenceId && concerned.contains(each.component);
+        });
+        QString fault = faultAfterAChangeOf(*single, { single->component }, document, bytes);
+        if (concerned.size() > 1 && fault.isEmpty()) {
+            ++shared;
+            fault = faultAfterAChangeOf(*item, concerned, document, bytes);
+        }
         if (!fault.isEmpty())
             faults << path + u": "_s + fault;
     }
 
-    qInfo("%d files with an event or a to-do, %d well", held, held - int(faults.size()));
+    qInfo("%d files with an event or a to-do, %d well; of them %d series also as a whole", held,
+        held - int(faults.size()), shared);
     QVERIFY2(faults.isEmpty(), qPrintable(faults.join(u'\n')));
     QVERIFY(held >= fewestFiles);
 }
