@@ -57,6 +57,11 @@ QByteArrayList otherLines(const QByteArray &text, int component)
         if (line.component != component || !names.contains(propertyName(lines.unfolded(line))))
             others << text.sliced(line.begin, line.end - line.begin);
     }
+    // Where a line goes that stood between a carriage return and a line feed, the two lines around it are kept apart.
+    if (lines.lineEnd() == "\r") {
+        for (QByteArray &line : others)
+            line.replace('\r', "").replace('\n', "");
+    }
     // A line that ends the text without a line end gets one when something is put behind it.
     while (!others.isEmpty() && (others.last().endsWith('\n') || others.last().endsWith('\r')))
         others.last().chop(1);

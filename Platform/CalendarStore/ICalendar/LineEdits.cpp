@@ -60,15 +60,15 @@ QByteArray LineEdits::text() const
     for (const auto &[index, edit] : m_edits) {
         const ContentLine &line = m_lines.lines()[index];
         const qsizetype copied = edit.isReplaced ? line.begin : line.end;
-        result += QByteArrayView(before).sliced(at, copied - at);
-        result += edit.replacement;
+        appendLines(result, QByteArrayView(before).sliced(at, copied - at));
+        appendLines(result, edit.replacement);
         at = line.end;
         // A text that does not end with a line end must not run into the new line.
         if (!edit.inserted.isEmpty() && !result.isEmpty() && !result.endsWith('\n') && !result.endsWith('\r'))
             result += m_lines.lineEnd();
-        result += edit.inserted;
+        appendLines(result, edit.inserted);
     }
-    result += QByteArrayView(before).sliced(at);
+    appendLines(result, QByteArrayView(before).sliced(at));
     return result;
 }
 

@@ -220,12 +220,19 @@ QByteArray TextPatcher::patchedText() const
     for (const Edit &edit : edits) {
         if (edit.begin < at)
             continue; // within a component that is removed
-        result += QByteArrayView(m_lines.text()).sliced(at, edit.begin - at);
-        result += edit.replacement;
+        appendLines(result, QByteArrayView(m_lines.text()).sliced(at, edit.begin - at));
+        appendLines(result, edit.replacement);
         at = edit.end;
     }
-    result += QByteArrayView(m_lines.text()).sliced(at);
+    appendLines(result, QByteArrayView(m_lines.text()).sliced(at));
     return result;
+}
+
+void appendLines(QByteArray &text, QByteArrayView lines)
+{
+    if (text.endsWith('\r') && lines.startsWith('\n'))
+        text += '\n';
+    text += lines;
 }
 
 QByteArray escapedText(const QString &text)

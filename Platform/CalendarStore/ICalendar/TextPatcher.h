@@ -77,6 +77,9 @@ private:
 
 // RFC 5545, section 3.3.11.
 QByteArray escapedText(const QString &text);
+// Puts whole lines behind others. Where the one before ends with a carriage return alone and the next is empty and ends
+// with a line feed, the two would read as one line end.
+void appendLines(QByteArray &text, QByteArrayView lines);
 // RFC 5545, section 3.1: lines of at most 75 octets, never cut inside a UTF-8 character.
 QByteArray folded(const QByteArray &line, const QByteArray &lineEnd);
 

@@ -34,12 +34,14 @@ private Q_SLOTS:
     void textWithoutALineEndAtItsEndIsNotRunInto();
     void newLinesUseTheTextsOwnLineEnd();
     void replacedLineKeepsItsOwnLineEnd();
+    void lineEndsOfDifferentKindsDoNotRunTogether();
     void lastWordOnAPropertyCounts();
     void settingAndRemovingManyLeavesTheRest();
     void missingComponentChangesNothing();
     void propertyIsReadUnfolded();
     void bytesThatAreNotUnderstoodAreKept();
     void textIsEscaped();
+    void aNulIsLeftOut();
     void linesAreFoldedOnlyBetweenCharacters();
 
     void componentsAreAddedAndRemoved();
@@ -145,6 +147,21 @@ void TextPatcherTest::replacedLineKeepsItsOwnLineEnd()
     QCOMPARE(patcher.patchedText(), QByteArray("BEGIN:VTODO\r\nUID:1\nSTATUS:B\nEND:VTODO\r\n"));
 }
 
+// A lone carriage return before an empty line that ends with a line feed would be one line end.
+void TextPatcherTest::lineEndsOfDifferentKindsDoNotRunTogether()
+{
+    TextPatcher adding("BEGIN:VTODO\rUID:1\n\nEND:VTODO\r");
+    TextPatcher removing("BEGIN:VTODO\rX:3\rSTATUS:C\n\nEND:VTODO\r");
+
+    adding.setProperty(0, "SEQUENCE", "7");
+    removing.removeProperty(0, "STATUS");
+
+    QCOMPARE(adding.patchedText(), QByteArray("BEGIN:VTODO\rUID:1\nSEQUENCE:7\r\n\nEND:VTODO\r"));
+    QCOMPARE(removing.patchedText(), QByteArray("BEGIN:VTODO\rX:3\r\n\nEND:VTODO\r"));
+    QCOMPARE(ContentLines(adding.patchedText()).lines().size(), 5U);
+    QCOMPARE(ContentLines(removing.patchedText()).lines().size(), 4U);
+}
+
 void TextPatcherTest::lastWordOnAPropertyCounts()
 {
     TextPatcher patcher("BEGIN:VTODO\nSTATUS:A\nEND:VTODO\n");
@@ -204,6 +221,19 @@ void TextPatcherTest::bytesThatAreNotUnderstoodAreKept()
 void TextPatcherTest::textIsEscaped()
 {
     QCOMPARE(escapedText(u"a, b; c\\d\ne\r\nf: \"g\" ä"_s), QByteArray("a\\, b\\; c\\\\d\\ne\\nf: \"g\" ä"));
+}
+
+// No file may hold it (RFC 5545, section 3.1), and many a program takes it for the end of the text.
+void TextPatcherTest::aNulIsLeftOut()
+{
+    const QString title = u"before"_s + QChar(QChar::Null) + u"after"_s;
+
+    QCOMPARE(escapedText(title), QByteArray("beforeafter"));
+    QCOMPARE(escapedText(QString(3, QChar::Null)), QByteArray(""));
+    // Other control characters stay as they are: they are somebody's text.
+    QCOMPARE(escapedText(u"a\tb\u0007c"_s),
+        QByteArray("a\tb\x07"
+                   "c"));
 }
 
 void TextPatcherTest::linesAreFoldedOnlyBetweenCharacters()
