@@ -6,7 +6,7 @@
 #include "PropertyLine.h"
 #include "RuleMove.h"
 #include "RuleWalker.h"
-#include "ValueTexts.h"
+#include "TimesWriter.h"
 #include "Values.h"
 
 #include <algorithm>
@@ -16,141 +16,6 @@ namespace ICalendar
 
 namespace
 {
-
-// A line with another value.
-QByteArray withValue(const PropertyLine &property, const QByteArray &line, const QByteArray &value)
-{
-    return line.first(line.size() - property.value().size()) + value;
-}
-
-// Days only where nothing is left beside them.
-QByteArray lengthText(qint64 length)
-{
-    const bool isDays = length != 0 && length % secondsPerDay == 0;
-    return isDays ? dayDurationText(length / secondsPerDay) : durationText(length);
-}
-
-qint64 lengthOf(const Item &item)
-{
-    return item.durationDays * secondsPerDay + item.durationSeconds;
-}
-
-// Writes start and end of one item, in the lines that it has for them.
-class TimesWriter
-{
-public:
-    TimesWriter(const SeriesText &series, int item, LineEdits &edits)
-        : m_series(series)
-        , m_item(series.item(item))
-        , m_edits(edits)
-        , m_startLine(series.lineOf(item, "DTSTART"))
-        , m_endLine(series.lineOf(item, "DTEND"))
-        , m_durationLine(series.lineOf(item, "DURATION"))
-    {
-    }
-
-    // The form in which the start is written; `fallback` where there is none.
-    TimeForm startForm(const TimeForm &fallback) const
-    {
-        return m_startLine >= 0 && m_item.start ? m_series.formOf(m_startLine, *m_item.start) : fallback;
-    }
-
-    // `length` is nothing for a length that stays.
-    void write(const TimeForm &form, CivilSeconds start, std::optional<qint64> length)
-    {
-        const bool isOtherKind = m_item.start && m_item.start->isDate() != form.isDate();
-        m_newStart = form.time(start);
-        writeStart(form, start);
-        if (isOtherKind || length)
-            writeEnd(form, length.value_or(lengthOf(m_item)), isOtherKind);
-        else if (m_endLine >= 0)
-            moveEnd();
-    }
-
-private:
-    void writeStart(const TimeForm &form, CivilSeconds start)
-    {
-        const QByteArray line = "DTSTART" + form.parameters + ':' + form.text(start);
-        if (m_startLine < 0) {
-            m_startLine = m_series.lines().components()[static_cast<std::size_t>(m_item.component)].firstLine;
-            m_edits.insertLineAfter(static_cast<std::size_t>(m_startLine), line);
-            return;
-        }
-        const PropertyLine property = m_series.property(m_startLine);
-        const bool isSameForm = m_item.start
-            && m_series.formOf(m_startLine, *m_item.start).parameters == form.parameters
-            && m_item.start->form == form.form;
-        m_edits.replaceLine(static_cast<std::size_t>(m_startLine),
-            isSameForm ? withValue(property, unfolded(m_startLine), form.text(start)) : line);
-    }
-
-    QByteArray unfolded(int line) const
-    {
-        return m_series.lines().unfolded(m_series.lines().lines()[static_cast<std::size_t>(line)]);
-    }
-
-    // The end as the line has it, which may be before the start.
-    std::optional<CivilTime> endAsWritten() const
-    {
-        const auto value = parsedDateTime(m_series.property(m_endLine).value());
-        if (!value || !m_item.start)
-            return std::nullopt;
-        if (value->isDate)
-            return CivilTime { value->civil, CivilTime::Form::Date, nullptr };
-        if (value->isUtc)
-            return CivilTime { value->civil, CivilTime::Form::Utc, nullptr };
-        // An end before the start reads as the start; its zone is hardly another one.
-        const CivilTime &clock = m_item.end && m_item.end->form != CivilTime::Form::Utc ? *m_item.end : *m_item.start;
-        return clock.isDate() ? CivilTime { dayOf(value->civil) * secondsPerDay, CivilTime::Form::Date, nullptr }
-                              : CivilTime { value->civil, clock.form, clock.zone };
-    }
-
-    // As far as the start.
-    void moveEnd()
-    {
-        const auto end = endAsWritten();
-        if (!end)
-            return;
-        const TimeForm form = m_series.formOf(m_endLine, *end);
-        const Zone &local = m_series.local();
-        const bool isByClock = end->isDate() || end->form == CivilTime::Form::Floating;
-        const CivilSeconds civil = isByClock
-            ? end->civil + m_newStart.civil - m_item.start->civil
-            : form.civilAt(end->toUtc(local) + m_newStart.toUtc(local) - m_item.start->toUtc(local), local);
-        m_edits.replaceLine(static_cast<std::size_t>(m_endLine),
-            withValue(m_series.property(m_endLine), unfolded(m_endLine), form.text(civil)));
-    }
-
-    void writeEnd(const TimeForm &form, qint64 length, bool isOtherKind)
-    {
-        if (m_endLine < 0 && m_durationLine >= 0 && length >= 0) {
-            m_edits.replaceLine(static_cast<std::size_t>(m_durationLine), "DURATION:" + lengthText(length));
-            return;
-        }
-        TimeForm endForm = form;
-        const auto written = m_endLine >= 0 ? endAsWritten() : std::nullopt;
-        if (written && !isOtherKind && written->isDate() == form.isDate())
-            endForm = m_series.formOf(m_endLine, *written);
-        const Zone &local = m_series.local();
-        const CivilSeconds civil
-            = form.isDate() ? m_newStart.civil + length : endForm.civilAt(m_newStart.toUtc(local) + length, local);
-        const QByteArray line = "DTEND" + endForm.parameters + ':' + endForm.text(civil);
-        if (m_endLine >= 0)
-            m_edits.replaceLine(static_cast<std::size_t>(m_endLine), line);
-        else
-            m_edits.insertLineAfter(static_cast<std::size_t>(m_startLine), line);
-        if (m_durationLine >= 0)
-            m_edits.removeLine(static_cast<std::size_t>(m_durationLine));
-    }
-
-    const SeriesText &m_series;
-    const Item &m_item;
-    LineEdits &m_edits;
-    int m_startLine;
-    int m_endLine;
-    int m_durationLine;
-    CivilTime m_newStart;
-};
 
 // A series on its way to other times.
 class SeriesMover
@@ -312,14 +177,14 @@ bool SeriesMover::moveRules()
         const QByteArray before = property.value().trimmed().toByteArray();
         const QByteArray after = withUntilMoved(before, value);
         if (after != before)
-            m_edits.replaceLine(line, withValue(property, unfolded(line), after));
+            m_edits.replaceLine(line, lineWithValue(property, unfolded(line), after));
     }
     // Programs that still know such rules leave out what they make.
     for (const std::size_t line : linesNamed(m_series.lines(), master().component, "EXRULE")) {
         const PropertyLine property = m_series.property(static_cast<int>(line));
         const QByteArray before = property.value().trimmed().toByteArray();
         if (const auto rule = movedRule(before, master().start->civil, move))
-            m_edits.replaceLine(line, withValue(property, unfolded(line), withUntilMoved(before, rule->value)));
+            m_edits.replaceLine(line, lineWithValue(property, unfolded(line), withUntilMoved(before, rule->value)));
     }
     return true;
 }
@@ -427,7 +292,8 @@ void SeriesMover::moveDates(const QByteArray &name)
         }
         const QByteArray joined = values.join(',');
         m_edits.replaceLine(line,
-            isOtherKind() ? name + lineForm.parameters + ':' + joined : withValue(property, unfolded(line), joined));
+            isOtherKind() ? name + lineForm.parameters + ':' + joined
+                          : lineWithValue(property, unfolded(line), joined));
     }
 }
 
@@ -449,7 +315,7 @@ void SeriesMover::moveRecurrenceId(int index)
     }
     const TimeForm own = TimeForm::of(property, *recurrenceId);
     m_edits.replaceLine(
-        static_cast<std::size_t>(line), withValue(property, whole, movedValue("x", *recurrenceId, own)));
+        static_cast<std::size_t>(line), lineWithValue(property, whole, movedValue("x", *recurrenceId, own)));
 }
 
 void SeriesMover::moveOverride(int index)

@@ -209,23 +209,4 @@ QByteArray stamped(const QByteArray &text, const Item &item, UtcSeconds stamp)
     return patcher.patchedText();
 }
 
-std::optional<QByteArray> withoutItems(const QByteArray &text, const QList<Item> &items)
-{
-    const ContentLines lines(text);
-    LineEdits edits(lines);
-    const auto isRemoved = [&](int component) {
-        return std::ranges::any_of(items, [&](const Item &item) { return item.component == component; });
-    };
-    bool isAnythingLeft = false;
-    for (int i = 0; i < static_cast<int>(lines.components().size()); ++i) {
-        const Component &component = lines.components()[static_cast<std::size_t>(i)];
-        if (isRemoved(i))
-            edits.removeComponent(i);
-        else if (component.name != "VCALENDAR" && component.name != "VTIMEZONE" && component.name != "STANDARD"
-            && component.name != "DAYLIGHT" && !isRemoved(component.parent))
-            isAnythingLeft = true;
-    }
-    return isAnythingLeft ? std::optional(edits.text()) : std::nullopt;
-}
-
 } // namespace ICalendar

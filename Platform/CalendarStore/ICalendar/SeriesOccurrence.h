@@ -5,8 +5,6 @@
 
 #include <QByteArray>
 
-#include <optional>
-
 namespace ICalendar
 {
 
@@ -31,8 +29,5 @@ bool differsFromSeries(const SeriesText &series, int override);
 
 // Notes a change in a component: DTSTAMP, LAST-MODIFIED, SEQUENCE.
 QByteArray stamped(const QByteArray &text, const Item &item, UtcSeconds stamp);
-
-// Takes whole items out. Nothing when no component but definitions of zones would be left.
-std::optional<QByteArray> withoutItems(const QByteArray &text, const QList<Item> &items);
 
 } // namespace ICalendar

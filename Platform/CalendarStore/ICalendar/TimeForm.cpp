@@ -5,35 +5,17 @@
 #include "PropertyLine.h"
 #include "ValueTexts.h"
 
-#include <QStringBuilder>
-
-#include <algorithm>
-
 namespace ICalendar
 {
-
-namespace
-{
-
-// RFC 5545, section 3.2, and RFC 6868.
-QByteArray parameterText(QByteArray value)
-{
-    value.replace('^', "^^").replace('\n', "^n").replace('"', "^'");
-    const bool needsQuotes = std::ranges::any_of(value, [](char c) { return c == ':' || c == ';' || c == ','; });
-    return needsQuotes ? QByteArray('"' + value + '"') : value;
-}
-
-} // namespace
 
 TimeForm TimeForm::of(const PropertyLine &property, const CivilTime &time)
 {
     if (time.isDate())
         return date();
     TimeForm form { time.form, time.zone, {} };
-    const auto tzid = property.parameter("TZID");
     // A name that is not known here may be known to others.
-    if (tzid && time.form != CivilTime::Form::Utc)
-        form.parameters = ";TZID=" + parameterText(*tzid);
+    if (time.form != CivilTime::Form::Utc)
+        form.parameters = property.parameterText("TZID");
     return form;
 }
 

@@ -68,6 +68,12 @@ QByteArray dayDurationText(qint64 days)
     return (days < 0 ? "-P" : "P") + QByteArray::number(std::abs(days)) + 'D';
 }
 
+QByteArray lengthText(qint64 seconds)
+{
+    const bool isDays = seconds != 0 && seconds % secondsPerDay == 0;
+    return isDays ? dayDurationText(seconds / secondsPerDay) : durationText(seconds);
+}
+
 QByteArray utcOffsetText(int seconds)
 {
     const int distance = std::abs(seconds);

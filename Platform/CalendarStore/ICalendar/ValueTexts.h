@@ -21,6 +21,8 @@ QByteArray utcText(UtcSeconds instant);
 QByteArray durationText(qint64 seconds);
 // Days by the calendar: "P1D".
 QByteArray dayDurationText(qint64 days);
+// In days where nothing is left beside them, exact otherwise.
+QByteArray lengthText(qint64 seconds);
 // Section 3.3.14: "+0100", with seconds only when there are some.
 QByteArray utcOffsetText(int seconds);
 

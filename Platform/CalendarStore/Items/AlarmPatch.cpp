@@ -4,7 +4,6 @@
 #include <CalAlarm.h>
 #include <CalCalendarItem.h>
 
-#include <CivilDate.h>
 #include <TextPatcher.h>
 #include <ValueTexts.h>
 
@@ -37,19 +36,12 @@ QString actionOf(const CalAlarm &alarm)
     return alarm.action() == CalAlarmActionDisplay && hasSound(alarm) ? CalAlarmActionSound : alarm.action();
 }
 
-QByteArray triggerLength(const CalAlarm &alarm)
-{
-    const qint64 seconds = qRound64(alarm.relativeTrigger());
-    const bool isWholeDays = seconds != 0 && seconds % ICalendar::secondsPerDay == 0;
-    return isWholeDays ? ICalendar::dayDurationText(seconds / ICalendar::secondsPerDay)
-                       : ICalendar::durationText(seconds);
-}
-
 Line trigger(const CalAlarm &alarm)
 {
     if (alarm.absoluteTrigger())
         return { "TRIGGER", ICalendar::utcText(alarm.absoluteTrigger()->toSecsSinceEpoch()), ";VALUE=DATE-TIME" };
-    return { "TRIGGER", triggerLength(alarm), alarm.isRelatedToEnd() ? ";RELATED=END" : "" };
+    return { "TRIGGER", ICalendar::lengthText(qRound64(alarm.relativeTrigger())),
+        alarm.isRelatedToEnd() ? ";RELATED=END" : "" };
 }
 
 // What the alarm plays or opens.
