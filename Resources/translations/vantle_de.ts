@@ -940,10 +940,6 @@
         <translation>Der Termin wiederholt sich an diesem Tag nicht mehr.</translation>
     </message>
     <message>
-        <source>The rule by which the event repeats cannot be moved like that.</source>
-        <translation>Die Regel, nach der sich der Termin wiederholt, lässt sich so nicht verschieben.</translation>
-    </message>
-    <message>
         <source>Divider</source>
         <translation>Trennlinie</translation>
     </message>
@@ -1151,6 +1147,10 @@ Geben Sie das Passwort des Kontos in dem Programm ein, das Ihre Kalender verwalt
     <message>
         <source>Quit Vantle</source>
         <translation>Vantle beenden</translation>
+    </message>
+    <message>
+        <source>It repeats by a pattern that cannot follow there, such as the last working day of a month.</source>
+        <translation>Er wiederholt sich nach einem Muster, das dorthin nicht folgen kann, zum Beispiel am letzten Arbeitstag eines Monats.</translation>
     </message>
 </context>
 </TS>

@@ -9,6 +9,7 @@
 
 #include <CivilDate.h>
 #include <ICalendarItem.h>
+#include <LineEdits.h>
 #include <TextPatcher.h>
 #include <ValueTexts.h>
 #include <ZoneRegistry.h>
@@ -218,7 +219,8 @@ QByteArray patchedText(const QByteArray &text, const Item &item, const CalTask &
 QByteArray patchedText(const QByteArray &text, const Item &item, const CalEvent &event, const QDateTime &now)
 {
     const auto read = stateRead(event);
-    ICalendar::TextPatcher patcher(text);
+    const bool hasRule = event.recurrenceRule() != read->recurrenceRule();
+    ICalendar::TextPatcher patcher(hasRule ? textWithRule(text, item.component, event.recurrenceRule()) : text);
     ComponentPatch patch(patcher, item.component);
     if (hasOtherTimes(event, *read))
         EventTimes(patch, item, event).write();
@@ -228,6 +230,20 @@ QByteArray patchedText(const QByteArray &text, const Item &item, const CalEvent 
     stampUnlessNew(patch, item, event, now);
     patchAlarms(patcher, item.component, event, *read);
     return patcher.patchedText();
+}
+
+QByteArray textWithRule(const QByteArray &text, int component, const std::optional<CalRecurrenceRule> &rule)
+{
+    const ICalendar::ContentLines lines(text);
+    ICalendar::LineEdits edits(lines);
+    for (const std::size_t line : ICalendar::linesNamed(lines, component, "RRULE"))
+        edits.removeLine(line);
+    const std::vector<std::size_t> starts = ICalendar::linesNamed(lines, component, "DTSTART");
+    const int first = lines.components()[static_cast<std::size_t>(component)].firstLine;
+    const std::size_t after = starts.empty() ? static_cast<std::size_t>(first) : starts.back();
+    for (const QByteArray &value : rule ? rule->text.split('\n') : QByteArrayList())
+        edits.insertLineAfter(after, "RRULE:" + value.trimmed());
+    return edits.text();
 }
 
 bool differsFromRead(const CalTask &task)
@@ -240,7 +256,13 @@ bool differsFromRead(const CalTask &task)
 bool differsFromRead(const CalEvent &event)
 {
     const CalEvent &read = *event.asRead();
-    return hasOtherTexts(event, read) || hasOtherTimes(event, read) || event.location() != read.location();
+    return hasOtherTexts(event, read) || hasOtherTimes(event, read) || event.location() != read.location()
+        || hasOtherRule(event);
+}
+
+bool hasOtherRule(const CalEvent &event)
+{
+    return event.recurrenceRule() != event.asRead()->recurrenceRule();
 }
 
 QByteArray newItemText(const CalCalendarItem &item, const QString &uid, const QDateTime &now)

@@ -1,8 +1,12 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <CalRecurrenceRule.h>
+
 #include <QByteArray>
 #include <QDateTime>
+
+#include <optional>
 
 class CalCalendarItem;
 class CalEvent;
@@ -25,9 +29,13 @@ QByteArray patchedText(const QByteArray &text, const ICalendar::Item &item, cons
 QByteArray patchedText(
     const QByteArray &text, const ICalendar::Item &item, const CalEvent &event, const QDateTime &now);
 
+// The component with these rules alone (RFC 5545, section 3.8.5.3), one line for each.
+QByteArray textWithRule(const QByteArray &text, int component, const std::optional<CalRecurrenceRule> &rule);
+
 // Whether the record holds a change that a text can take. A calendar is not kept in the text.
 bool differsFromRead(const CalTask &task);
 bool differsFromRead(const CalEvent &event);
+bool hasOtherRule(const CalEvent &event);
 
 // The text for a new item, to be patched: with its UID and without anything else of it.
 QByteArray newItemText(const CalCalendarItem &item, const QString &uid, const QDateTime &now);

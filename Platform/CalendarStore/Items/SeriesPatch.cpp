@@ -3,6 +3,7 @@
 
 #include "ItemPatch.h"
 #include "LocalTimes.h"
+#include "RecordPlace.h"
 #include "Refusal.h"
 #include "StoredText.h"
 
@@ -11,6 +12,7 @@
 #include <CivilDate.h>
 #include <ICalendarReader.h>
 #include <SeriesEdit.h>
+#include <SeriesOccurrence.h>
 #include <TextPatcher.h>
 #include <ZoneRegistry.h>
 
@@ -47,7 +49,8 @@ StoreError refusalOf(const CalEvent &event, SeriesFault fault)
             QCoreApplication::translate("Vantle", "The event does not repeat on that day any more."));
     }
     return refusal(event, StoreError::Code::Invalid,
-        QCoreApplication::translate("Vantle", "The rule by which the event repeats cannot be moved like that."));
+        QCoreApplication::translate(
+            "Vantle", "It repeats by a pattern that cannot follow there, such as the last working day of a month."));
 }
 
 // A series of days is given times of day: those of the clock here. The text gets what its times need.
@@ -65,6 +68,22 @@ ICalendar::TimeForm addLocalForm(
     return start ? ICalendar::TimeForm { start->form, start->zone, value.parameters } : ICalendar::TimeForm::utc();
 }
 
+// The rule is the person's own, so it does not move with the times.
+QByteArray withRule(const QByteArray &text, const StoredText &stored, const CalEvent &event, const QDateTime &now,
+    ICalendar::ZoneRegistry &zones)
+{
+    const ItemSet set(stored.set->name(), text, zones);
+    const auto group = groupIn(set, event);
+    const int master = group ? set.groups().at(static_cast<size_t>(*group)).master : -1;
+    if (master < 0)
+        return text;
+    // Noted as one change with the others.
+    ICalendar::Item noted = set.item(master);
+    noted.sequence = stored.set->item(stored.groupInSet().master).sequence;
+    return ICalendar::stamped(
+        textWithRule(text, noted.component, event.recurrenceRule()), noted, now.toSecsSinceEpoch());
+}
+
 } // namespace
 
 Result<QByteArray, StoreError> patchedSeriesText(
@@ -76,6 +95,7 @@ Result<QByteArray, StoreError> patchedSeriesText(
     others.setIsAllDay(read.isAllDay());
     others.setStartDate(read.startDate());
     others.setEndDate(read.endDate());
+    others.setRecurrenceRule(read.recurrenceRule());
 
     QByteArray text = stored.text;
     ICalendar::SeriesChange change;
@@ -95,7 +115,9 @@ Result<QByteArray, StoreError> patchedSeriesText(
                                                   : ICalendar::textWithOccurrenceChanged(text, context, change);
     if (!changed)
         return refusalOf(event, changed.error());
-    return changed.value();
+    // One occurrence has no rule.
+    const bool hasRule = span == CalSpanAllEvents && hasOtherRule(event);
+    return hasRule ? withRule(changed.value(), stored, event, now, zones) : changed.value();
 }
 
 Result<QByteArray, StoreError> seriesTextWithoutOccurrence(

@@ -45,6 +45,8 @@ QByteArrayList withoutStamps(QByteArrayList lines)
 
 } // namespace
 
+Q_DECLARE_METATYPE(CalSpan)
+
 // What a save of an event that happens once does to its file.
 class EventSavingTest final : public QObject
 {
@@ -65,6 +67,8 @@ private Q_SLOTS:
     void anEndBeforeTheStartIsWrittenAsItIs_data();
     void anEndBeforeTheStartIsWrittenAsItIs();
     void everyPropertyOfARecordIsWritten();
+    void aRuleIsWritten_data();
+    void aRuleIsWritten();
     void whatIsClearedGoes();
     void parametersThatDescribeTheOldTextGoWithIt();
     void anUnchangedEventWritesNothing();
@@ -344,6 +348,60 @@ void EventSavingTest::everyPropertyOfARecordIsWritten()
     QCOMPARE(again->notes(), u"one\ntwo\nthree"_s);
     QCOMPARE(again->location(), event->location());
     QCOMPARE(again->url(), event->url());
+}
+
+void EventSavingTest::aRuleIsWritten_data()
+{
+    QTest::addColumn<QByteArray>("rules");
+    QTest::addColumn<int>("days"); // by which the event is moved besides
+    QTest::addColumn<CalSpan>("span");
+    QTest::addColumn<QByteArray>("rule"); // empty for none
+    QTest::addColumn<QByteArray>("written");
+
+    const QByteArray weekly = "RRULE:FREQ=WEEKLY;BYDAY=WE\r\n";
+    QTest::newRow("an event begins to repeat")
+        << QByteArray() << 0 << CalSpanAllEvents << QByteArray("FREQ=DAILY") << QByteArray("RRULE:FREQ=DAILY\r\n");
+    QTest::newRow("a series repeats otherwise")
+        << weekly << 0 << CalSpanAllEvents << QByteArray("FREQ=DAILY\nFREQ=YEARLY")
+        << QByteArray("RRULE:FREQ=DAILY\r\nRRULE:FREQ=YEARLY\r\n");
+    QTest::newRow("a series repeats otherwise from another day on")
+        << weekly << 1 << CalSpanAllEvents << QByteArray("FREQ=WEEKLY;BYDAY=TH")
+        << QByteArray("RRULE:FREQ=WEEKLY;BYDAY=TH\r\n");
+    QTest::newRow("a series ends") << weekly << 0 << CalSpanAllEvents << QByteArray() << QByteArray();
+    QTest::newRow("one occurrence has none of its own")
+        << weekly << 0 << CalSpanThisEvent << QByteArray("FREQ=DAILY") << weekly;
+}
+
+void EventSavingTest::aRuleIsWritten()
+{
+    QFETCH(const QByteArray, rules);
+    QFETCH(const int, days);
+    QFETCH(const CalSpan, span);
+    QFETCH(const QByteArray, rule);
+    QFETCH(const QByteArray, written);
+    const CalendarFolder folder;
+    const QByteArray text
+        = calendarText(eventText("e", "E", "20260311T080000Z", "DURATION:PT1H\r\nSEQUENCE:4\r\n" + rules));
+    folder.write(u"c/e.ics"_s, text);
+    const auto store = folder.openWithoutWatching();
+    const CalEventPtr event = eventsOn(*store, QDate(2026, 3, 11)).constFirst();
+
+    event->setRecurrenceRule(rule.isEmpty() ? std::nullopt : std::optional(CalRecurrenceRule { rule }));
+    event->setStartDate(event->startDate().addDays(days));
+    event->setEndDate(event->endDate().addDays(days));
+    QVERIFY(store->saveEvent(*event, span).isOk());
+
+    const QByteArray saved = folder.read(u"c/e.ics"_s);
+    QByteArray found;
+    for (const QByteArray &line : saved.split('\n')) {
+        if (line.startsWith("RRULE"))
+            found += line + '\n';
+    }
+    QCOMPARE(found, written);
+    QVERIFY2(saved.contains(span == CalSpanAllEvents ? "SEQUENCE:5\r\n" : "SEQUENCE:4\r\n"), saved.constData());
+    const CalEventPtr again = eventsOn(*folder.openWithoutWatching(), QDate(2026, 3, 11).addDays(days)).constFirst();
+    QCOMPARE(again->recurrenceRule().value_or(CalRecurrenceRule()).text,
+        span == CalSpanAllEvents ? rule : "FREQ=WEEKLY;BYDAY=WE");
 }
 
 void EventSavingTest::whatIsClearedGoes()
