@@ -2,6 +2,7 @@
 #include "CalCalendarStore.h"
 
 #include "CalendarStoreBackend.h"
+#include "ItemTransfer.h"
 #include "MergedCalendars.h"
 #include "NotificationMerger.h"
 
@@ -51,6 +52,13 @@ std::vector<BackendQuestion> questions(const MergedCalendars &merged, const CalC
     return questions;
 }
 
+void noteHolder(CalCalendarItem &record, const CalendarStoreBackend *backend)
+{
+    CalItemOrigin origin = record.origin();
+    origin.backend = backend;
+    record.setOrigin(origin);
+}
+
 // Null when the back end answers with something that it does not list.
 const Entry *adoptRecord(CalCalendarItem &record, const CalendarStoreBackend *backend, const MergedCalendars &merged)
 {
@@ -58,6 +66,7 @@ const Entry *adoptRecord(CalCalendarItem &record, const CalendarStoreBackend *ba
     if (!entry)
         return nullptr;
     record.setCalendar(entry->shown);
+    noteHolder(record, backend);
     record.setUid(merged.uidOfItem(record.origin(), *entry));
     return entry;
 }
@@ -116,14 +125,12 @@ QString calendarOfOtherKind(CalItemKind kind)
                                       : QCoreApplication::translate("Vantle", "The calendar cannot hold to-dos.");
 }
 
-// Where the stored item of a record is, while `calendar` is where the record says it is; null when
-// the item is not stored, or not in that back end.
-template <typename Record>
-const Entry *sourceOf(const Record &item, const MergedCalendars &merged, const Entry &calendar)
+// The calendar that holds the stored item of a record; null when it is not stored, or its calendar is gone.
+template <typename Record> const Entry *sourceOf(const Record &item, const MergedCalendars &merged)
 {
     // The values as read are the back end's own, and so is the uid of their calendar.
     const CalCalendarPtr source = item.asRead() ? item.asRead()->calendar() : nullptr;
-    return source && item.origin().isStored() ? merged.ofBackend(calendar.backend, source->uid()) : nullptr;
+    return source && item.origin().isStored() ? merged.ofBackend(item.origin().backend, source->uid()) : nullptr;
 }
 
 // What the store can tell without its back end: nothing, when the save may go on.
@@ -142,11 +149,9 @@ std::optional<StoreError> reasonNotToSave(const Record &item, const MergedCalend
         return refusal(Code::Invalid, item, calendarOfOtherKind(item.kind()));
     if (!item.origin().isStored() || !item.asRead())
         return std::nullopt;
-    const Entry *const source = sourceOf(item, merged, *calendar);
-    if (!source) {
-        return refusal(Code::Invalid, item,
-            QCoreApplication::translate("Vantle", "It cannot be moved into a calendar of another kind of storage."));
-    }
+    const Entry *const source = sourceOf(item, merged);
+    if (!source)
+        return refusal(Code::NotFound, item, calendarVanished());
     if (!source->shown->isEditable()) {
         return refusal(Code::ReadOnly, item,
             QCoreApplication::translate("Vantle", "It cannot be moved out of a calendar that cannot be changed."));
@@ -155,18 +160,31 @@ std::optional<StoreError> reasonNotToSave(const Record &item, const MergedCalend
 }
 
 // As for a save. `source` is the calendar that holds the item, null when it is not known.
-template <typename Record>
-std::optional<StoreError> reasonNotToRemove(const Record &item, const Entry *calendar, const Entry *source)
+template <typename Record> std::optional<StoreError> reasonNotToRemove(const Record &item, const Entry *source)
 {
     using Code = StoreError::Code;
 
     if (!item.origin().isStored() || !item.asRead())
         return refusal(Code::NotFound, item, QCoreApplication::translate("Vantle", "It has never been saved."));
-    if (!calendar || !source)
+    if (!source)
         return refusal(Code::NotFound, item, calendarVanished());
     if (!source->shown->isEditable())
         return refusal(Code::ReadOnly, item, calendarIsReadOnly());
     return std::nullopt;
+}
+
+// The back end knows the calendar by its own uid only.
+template <typename Record, typename Write>
+Result<void, StoreError> writeInOwnTerms(Record &item, const Entry &calendar, const Write &write)
+{
+    const CalCalendarPtr shown = item.calendar();
+    const bool isRenamed = calendar.own != calendar.shown;
+    if (isRenamed)
+        item.setCalendar(calendar.own);
+    Result<void, StoreError> result = write(*calendar.backend, item);
+    if (isRenamed)
+        item.setCalendar(shown);
+    return result;
 }
 
 // `error` may be null.
@@ -196,8 +214,10 @@ public:
     void takeIn(const CalBackendChange &change, const CalendarStoreBackend &backend);
     QSet<QString> shownUids(const CalBackendChange &change, const CalendarStoreBackend &backend);
 
-    // `write` and `remove` call the back end that they are given, with a record in the back end's own terms.
-    template <typename Record, typename Write> Result<void, StoreError> save(Record &item, Write write);
+    // `write` and `remove` call the back end that they are given, with a record in the back end's own terms;
+    // `transfer` saves into a calendar of another back end.
+    template <typename Record, typename Write, typename Transfer>
+    Result<void, StoreError> save(Record &item, Write write, Transfer transfer);
     template <typename Record, typename Remove> Result<void, StoreError> remove(const Record &item, Remove remove);
 
     std::vector<std::unique_ptr<CalendarStoreBackend>> backends; // outlive the removal
@@ -247,27 +267,27 @@ QSet<QString> CalCalendarStore::Private::shownUids(const CalBackendChange &chang
     return uids;
 }
 
-template <typename Record, typename Write>
-Result<void, StoreError> CalCalendarStore::Private::save(Record &item, Write write)
+template <typename Record, typename Write, typename Transfer>
+Result<void, StoreError> CalCalendarStore::Private::save(Record &item, Write write, Transfer transfer)
 {
     const auto known = merged();
     const Entry *const calendar = item.calendar() ? known->shownAs(item.calendar()->uid()) : nullptr;
     if (const auto reason = reasonNotToSave(item, *known, calendar))
         return *reason;
 
-    // The back end knows the calendar by its own uid only.
-    const CalCalendarPtr shown = item.calendar();
-    const bool isRenamed = calendar->own != calendar->shown;
-    if (isRenamed)
-        item.setCalendar(calendar->own);
-    Result<void, StoreError> result = write(*calendar->backend, item);
-    if (isRenamed)
-        item.setCalendar(shown);
-    if (!result)
-        return result;
-
+    const Entry *const source = sourceOf(item, *known);
+    const Entry *holder = calendar;
+    if (source && source->backend != calendar->backend) {
+        const auto place = transfer(item, *source, *calendar);
+        if (!place)
+            return place.error();
+        holder = place.value() == ItemTransfer::Place::Source ? source : calendar;
+    } else if (auto written = writeInOwnTerms(item, *calendar, write); !written) {
+        return written;
+    }
+    noteHolder(item, holder->backend);
     // The first step of a move can leave the item where it was.
-    const Entry *const place = sourceOf(item, *known, *calendar);
+    const Entry *const place = sourceOf(item, *known);
     item.setUid(known->uidOfItem(item.origin(), place ? *place : *calendar));
     return {};
 }
@@ -276,9 +296,8 @@ template <typename Record, typename Remove>
 Result<void, StoreError> CalCalendarStore::Private::remove(const Record &item, Remove remove)
 {
     const auto known = merged();
-    const Entry *const calendar = item.calendar() ? known->shownAs(item.calendar()->uid()) : nullptr;
-    const Entry *const source = calendar ? sourceOf(item, *known, *calendar) : nullptr;
-    std::optional<StoreError> failure = reasonNotToRemove(item, calendar, source);
+    const Entry *const source = sourceOf(item, *known);
+    std::optional<StoreError> failure = reasonNotToRemove(item, source);
     if (!failure && source) {
         Result<std::unique_ptr<CalRemoval>, StoreError> result = remove(*source->backend, item);
         if (result) {
@@ -425,14 +444,22 @@ CalTaskList CalCalendarStore::tasksWithPredicate(const CalPredicate &predicate) 
 
 bool CalCalendarStore::saveTask_error(const CalTaskPtr &task, StoreError *error)
 {
-    return succeeded(
-        d->save(*task, [](CalendarStoreBackend &backend, CalTask &own) { return backend.saveTask(own); }), error);
+    return succeeded(d->save(
+                         *task, [](CalendarStoreBackend &backend, CalTask &own) { return backend.saveTask(own); },
+                         [](CalTask &stored, const Entry &source, const Entry &target) {
+                             return ItemTransfer::save(stored, source, target);
+                         }),
+        error);
 }
 
 bool CalCalendarStore::saveEvent_span_error(const CalEventPtr &event, CalSpan span, StoreError *error)
 {
     return succeeded(
-        d->save(*event, [span](CalendarStoreBackend &backend, CalEvent &own) { return backend.saveEvent(own, span); }),
+        d->save(
+            *event, [span](CalendarStoreBackend &backend, CalEvent &own) { return backend.saveEvent(own, span); },
+            [span](CalEvent &stored, const Entry &source, const Entry &target) {
+                return ItemTransfer::save(stored, span, source, target);
+            }),
         error);
 }
 

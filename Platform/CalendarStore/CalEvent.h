@@ -55,6 +55,8 @@ public:
     const std::shared_ptr<const CalEvent> &asRead() const { return m_asRead; }
     // For back ends: what the record holds at this moment is what the store holds.
     void markAsRead();
+    // For the store: a save that could not be finished goes back to what was read before it.
+    void setAsRead(const std::shared_ptr<const CalEvent> &asRead) { m_asRead = asRead; }
 
     QVariant valueForKey(const QString &key) const override;
 

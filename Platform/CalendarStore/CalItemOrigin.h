@@ -4,6 +4,8 @@
 #include <QByteArray>
 #include <QString>
 
+class CalendarStoreBackend;
+
 // Where in its back end a record came from, and in which state it was read.
 // Made and understood by the back end alone; everybody else just keeps it.
 struct CalItemOrigin {
@@ -15,6 +17,8 @@ struct CalItemOrigin {
     // Changes whenever the stored item changes. A save or removal whose version is no longer
     // the stored one is a conflict and is refused.
     QByteArray version;
+    // Which back end that is. Given by the store, for the others know nothing of each other.
+    const CalendarStoreBackend *backend = nullptr;
 
     bool isStored() const { return !plainUid.isEmpty() || !resource.isEmpty(); }
 };

@@ -42,6 +42,8 @@ public:
     // As for CalEvent.
     const std::shared_ptr<const CalTask> &asRead() const { return m_asRead; }
     void markAsRead();
+    // For the store: a save that could not be finished goes back to what was read before it.
+    void setAsRead(const std::shared_ptr<const CalTask> &asRead) { m_asRead = asRead; }
 
     QVariant valueForKey(const QString &key) const override;
 

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "CalCalendar.h"
+#include "CalDeparture.h"
 #include "CalEvent.h"
 #include "CalRemoval.h"
 #include "CalTask.h"
@@ -74,6 +75,20 @@ public:
     // Removes the stored item, from the calendar in which it was read. A refusal leaves it as it is.
     virtual Result<std::unique_ptr<CalRemoval>, StoreError> removeEvent(const CalEvent &event, CalSpan span) = 0;
     virtual Result<std::unique_ptr<CalRemoval>, StoreError> removeTask(const CalTask &task) = 0;
+
+    // Between back ends an item goes as text: the one that holds it sends it, the one whose calendar the record
+    // names takes it in, and only then it leaves the first. A back end that does neither keeps what is written here,
+    // which refuses.
+
+    // A record of this back end whose calendar() is another back end's is saved with that span. Nothing is written;
+    // but the first step of a save in two is done here, in the calendar from which the record was read, and answered
+    // with null: the item moves with the second. Refused as a save would be, which takes a first step back.
+    virtual Result<std::unique_ptr<CalDeparture>, StoreError> sendEvent(CalEvent &event, CalSpan span);
+    virtual Result<std::unique_ptr<CalDeparture>, StoreError> sendTask(CalTask &task);
+    // Stores such a text, to the byte where the back end keeps texts, as a new item in calendar(), under the UID that
+    // it has. Refused when the calendar holds that UID. On success the record counts as read from here.
+    virtual Result<void, StoreError> takeInEvent(CalEvent &event, const QByteArray &text);
+    virtual Result<void, StoreError> takeInTask(CalTask &task, const QByteArray &text);
 
 Q_SIGNALS:
     // Sent from the event loop, never from within a call; bursts merged.

@@ -267,10 +267,6 @@
         <translation>Der Kalender kann keine Aufgaben enthalten.</translation>
     </message>
     <message>
-        <source>It cannot be moved into a calendar of another kind of storage.</source>
-        <translation>In einen Kalender mit anderer Ablage kann es nicht verschoben werden.</translation>
-    </message>
-    <message>
         <source>“%1” was not saved.</source>
         <translation>„%1“ wurde nicht gesichert.</translation>
     </message>
@@ -1151,6 +1147,14 @@ Geben Sie das Passwort des Kontos in dem Programm ein, das Ihre Kalender verwalt
     <message>
         <source>It repeats by a pattern that cannot follow there, such as the last working day of a month.</source>
         <translation>Er wiederholt sich nach einem Muster, das dorthin nicht folgen kann, zum Beispiel am letzten Arbeitstag eines Monats.</translation>
+    </message>
+    <message>
+        <source>It cannot be moved into a calendar of another kind of storage.</source>
+        <translation>In einen Kalender mit anderer Ablage kann es nicht verschoben werden.</translation>
+    </message>
+    <message>
+        <source>It is in both calendars now: it could not be taken out of “%1”.</source>
+        <translation>Es steht jetzt in beiden Kalendern: Aus „%1“ konnte es nicht entfernt werden.</translation>
     </message>
 </context>
 </TS>

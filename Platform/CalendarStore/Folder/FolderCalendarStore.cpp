@@ -143,3 +143,23 @@ Result<std::unique_ptr<CalRemoval>, StoreError> FolderCalendarStore::removeTask(
 {
     return d->remover.remove(task);
 }
+
+Result<std::unique_ptr<CalDeparture>, StoreError> FolderCalendarStore::sendEvent(CalEvent &event, CalSpan span)
+{
+    return d->eventSaver.send(event, span);
+}
+
+Result<std::unique_ptr<CalDeparture>, StoreError> FolderCalendarStore::sendTask(CalTask &task)
+{
+    return d->saver.send(task);
+}
+
+Result<void, StoreError> FolderCalendarStore::takeInEvent(CalEvent &event, const QByteArray &text)
+{
+    return d->saver.takeIn(event, text);
+}
+
+Result<void, StoreError> FolderCalendarStore::takeInTask(CalTask &task, const QByteArray &text)
+{
+    return d->saver.takeIn(task, text);
+}

@@ -55,6 +55,10 @@ public:
     Result<void, StoreError> saveTask(CalTask &task) override;
     Result<std::unique_ptr<CalRemoval>, StoreError> removeEvent(const CalEvent &event, CalSpan span) override;
     Result<std::unique_ptr<CalRemoval>, StoreError> removeTask(const CalTask &task) override;
+    Result<std::unique_ptr<CalDeparture>, StoreError> sendEvent(CalEvent &event, CalSpan span) override;
+    Result<std::unique_ptr<CalDeparture>, StoreError> sendTask(CalTask &task) override;
+    Result<void, StoreError> takeInEvent(CalEvent &event, const QByteArray &text) override;
+    Result<void, StoreError> takeInTask(CalTask &task, const QByteArray &text) override;
 
 private:
     void open();

@@ -50,8 +50,7 @@ Result<StoredItem, StoreError> ItemFiles::find(Collection &collection, const Cal
     const auto group = Items::groupIn(*found.value().set, record);
     const ICalendar::Document &document = found.value().set->document();
     if (!group || document.isCut || document.isConverted) {
-        return Items::refusal(record, Code::Unreadable,
-            QCoreApplication::translate("Vantle", "Its file is damaged and was left as it is."));
+        return Items::damaged(record);
     }
     found.value().group = *group;
     return found;

@@ -52,6 +52,18 @@ Result<void, StoreError> TwoStepSaver::save(CalEvent &event, CalSpan span)
     return m_saver.save(event, span);
 }
 
+ItemSaver::Sent TwoStepSaver::send(CalEvent &event, CalSpan span)
+{
+    if (span == CalSpanThisEvent && (isFirstStepOfSheet(event) || isOneOfSeries(event))) {
+        const auto stepped = stepBeforeSending(event);
+        return stepped ? ItemSaver::Sent(nullptr) : ItemSaver::Sent(stepped.error());
+    }
+    if (isContinued(event))
+        return sendBoth(event, span);
+    forget();
+    return m_saver.send(event, span);
+}
+
 void TwoStepSaver::mendLeftOvers(const QString &root)
 {
     m_journal.forEachLeftOver(root, m_files.now(), [this](const JournaledSave &save) {
@@ -165,6 +177,43 @@ Result<void, StoreError> TwoStepSaver::proceed(CalEvent &event, CalSpan span)
     forget();
     m_saver.countAsReadAnew(event, *from, *written.value());
     return {};
+}
+
+// Within the calendar that the item is in.
+Result<void, StoreError> TwoStepSaver::stepBeforeSending(CalEvent &event)
+{
+    if (isContinued(event) && isOneOfSeries(event))
+        return proceed(event, CalSpanThisEvent);
+    if (isContinued(event))
+        takeBack(event);
+    else
+        forget();
+    return begin(event);
+}
+
+ItemSaver::Sent TwoStepSaver::sendBoth(CalEvent &event, CalSpan span)
+{
+    const auto failed = [&](const StoreError &error) {
+        takeBack(event);
+        return error;
+    };
+    const auto from = m_files.writableCollection(event, event.asRead()->calendar());
+    if (!from)
+        return failed(from.error());
+    const auto stored = m_files.find(*from.value(), event);
+    if (!stored)
+        return failed(stored.error());
+    const auto text = textOfBoth(stored.value(), event, span);
+    if (!text)
+        return failed(text.error());
+    const auto settled = [this, &event](bool hasLeft) {
+        if (hasLeft)
+            forget();
+        else if (m_first)
+            takeBack(event);
+    };
+    auto sent = m_saver.sendChanged(event, stored.value(), text.value(), settled);
+    return sent ? std::move(sent) : failed(sent.error());
 }
 
 // What one save would have made of the file as it was before the first step.

@@ -24,6 +24,9 @@ public:
 
     Result<void, StoreError> save(CalEvent &event, CalSpan span);
 
+    // As CalendarStoreBackend has it: null for a first step. `event` is to be there as long as the answer.
+    ItemSaver::Sent send(CalEvent &event, CalSpan span);
+
     // Takes back first steps below a folder of calendars whose process ended before the second.
     void mendLeftOvers(const QString &root);
 
@@ -42,6 +45,8 @@ private:
     // Remembers the step and carries it out by `write`.
     template <typename Write> Result<void, StoreError> take(CalEvent &event, const FirstStep &step, Write write);
     Result<void, StoreError> proceed(CalEvent &event, CalSpan span);
+    Result<void, StoreError> stepBeforeSending(CalEvent &event);
+    ItemSaver::Sent sendBoth(CalEvent &event, CalSpan span);
     Result<QByteArray, StoreError> textOfBoth(const StoredItem &stored, const CalEvent &event, CalSpan span) const;
     void takeBack(CalEvent &event);
     void forget();

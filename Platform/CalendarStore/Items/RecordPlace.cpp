@@ -2,11 +2,13 @@
 #include "RecordPlace.h"
 
 #include "AlarmPatch.h"
+#include "ItemExtract.h"
 #include "ItemPatch.h"
 #include "RecordMaker.h"
 
 #include <CalEvent.h>
 #include <CalTask.h>
+#include <TextPatcher.h>
 
 #include <QUuid>
 
@@ -84,6 +86,35 @@ std::optional<CalItemOrigin> originIn(const ItemIndex &index, const ItemSet &set
     origin.resource = set.name();
     origin.distinction = index.distinctionOf({ &set, *group });
     origin.version = set.version();
+    return origin;
+}
+
+std::optional<QByteArray> textToSend(const ItemSet &set, const CalCalendarItem &record, const QByteArray &text)
+{
+    const auto index = groupIn(set, record);
+    if (!index)
+        return std::nullopt;
+    const ItemGroup &group = set.groups().at(static_cast<size_t>(*index));
+    ICalendar::TextPatcher patcher(text);
+    for (const int member : (group.master >= 0 ? QList<int> { group.master } : QList<int>()) + group.overrides) {
+        const ICalendar::Item &item = set.item(member);
+        if (patcher.property(item.component, "UID").value_or(QByteArray()).trimmed().isEmpty())
+            patcher.setProperty(item.component, "UID", ICalendar::escapedText(item.uid));
+    }
+    // Components keep their places: only lines of theirs have changed.
+    return textOfGroupAlone(set, *index, patcher.patchedText());
+}
+
+std::optional<CalItemOrigin> originOfSent(
+    const QString &name, const CalCalendarItem &record, const QByteArray &text, ICalendar::ZoneRegistry &zones)
+{
+    CalItemOrigin origin = record.origin();
+    origin.resource = name;
+    origin.distinction.clear();
+    const ItemSet set(name, text, zones);
+    if (set.document().isCut || set.document().isConverted || set.groups().size() != 1)
+        return std::nullopt;
+    origin.plainUid = set.uidOf(set.groups().front());
     return origin;
 }
 

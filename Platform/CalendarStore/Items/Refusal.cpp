@@ -70,6 +70,12 @@ StoreError identifierTaken(const CalCalendarItem &record)
         QCoreApplication::translate("Vantle", "The calendar already holds an item with the same identifier."));
 }
 
+StoreError damaged(const CalCalendarItem &record)
+{
+    return refusal(
+        record, Code::Unreadable, QCoreApplication::translate("Vantle", "Its file is damaged and was left as it is."));
+}
+
 StoreError thereAgain(const CalCalendarItem &record)
 {
     return refusal(record, Code::Conflict, QCoreApplication::translate("Vantle", "It is there again already."));

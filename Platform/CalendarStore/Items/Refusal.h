@@ -18,6 +18,7 @@ StoreError calendarGone(const CalCalendarItem &record);
 StoreError calendarUnchangeable(const CalCalendarItem &record);
 StoreError withoutTimes(const CalCalendarItem &record);
 StoreError identifierTaken(const CalCalendarItem &record);
+StoreError damaged(const CalCalendarItem &record);
 StoreError thereAgain(const CalCalendarItem &record);
 
 } // namespace Items

@@ -50,9 +50,15 @@ private:
     StoreError m_refusal;
 };
 
-#define VANTLE_CONTRACT(ClassName, chapter)                                                                            \
+#define VANTLE_CONTRACT(ClassName, chapter) VANTLE_CONTRACT_WHERE(ClassName, chapter, true)
+// For chapters about the texts that a back end keeps.
+#define VANTLE_CONTRACT_OF_TEXTS(ClassName, chapter) VANTLE_CONTRACT_WHERE(ClassName, chapter, named.keepsTexts)
+
+#define VANTLE_CONTRACT_WHERE(ClassName, chapter, condition)                                                           \
     [[maybe_unused]] static const bool ClassName##IsRegistered = [] {                                                  \
         for (const NamedFixture &named : storeFixtures()) {                                                            \
+            if (!(condition))                                                                                          \
+                continue;                                                                                              \
             const QByteArray name = QByteArray(chapter) + ':' + named.name;                                            \
             TestRegistry::add(name.constData(), [fixture = &named] { return std::make_unique<ClassName>(*fixture); }); \
         }                                                                                                              \

@@ -58,7 +58,7 @@ const std::vector<NamedFixture> &storeFixtures()
 {
     static const std::vector<NamedFixture> fixtures {
         { "Folder", [] { return std::make_unique<FolderFixture>(); } },
-        { "Memory", [] { return std::make_unique<MemoryFixture>(); } },
+        { "Memory", [] { return std::make_unique<MemoryFixture>(); }, false },
     };
     return fixtures;
 }

@@ -53,6 +53,8 @@ public:
 struct NamedFixture {
     const char *name;
     std::function<std::unique_ptr<StoreFixture>()> make;
+    // Whether it keeps items as texts, which can go into other back ends.
+    bool keepsTexts = true;
 };
 
 // Every back end that is under contract.
