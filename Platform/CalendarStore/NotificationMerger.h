@@ -21,7 +21,8 @@ class NotificationMerger final : public QObject
     Q_OBJECT
 
 public:
-    static constexpr std::chrono::milliseconds interval { 100 };
+    // So that whoever fetches everything anew at each does it a few times a second at most.
+    static constexpr std::chrono::milliseconds interval { 250 };
 
     explicit NotificationMerger(QObject *parent = nullptr);
 

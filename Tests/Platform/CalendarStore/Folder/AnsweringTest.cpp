@@ -2,6 +2,8 @@
 #include "CalendarFolder.h"
 #include "TestRegistry.h"
 
+#include <CalCalendarStore.h>
+
 #include <QElapsedTimer>
 #include <QSignalSpy>
 #include <QTest>
@@ -96,6 +98,7 @@ private Q_SLOTS:
     void whileThousandsOfFilesChange();
     void whileAFullFolderIsLookedThroughForLostChanges();
     void whileAFullFolderIsTakenAway();
+    void tenThousandChangesAreToldAFewTimesASecond();
 };
 
 void AnsweringTest::whileAFullFolderIsReadForTheFirstTime()
@@ -174,6 +177,38 @@ void AnsweringTest::whileAFullFolderIsTakenAway()
     QVERIFY(meter.isWithinBounds("while thousands vanish"));
     const QDateTime begin(day, QTime(0, 0));
     QTRY_VERIFY(store->events(begin, begin.addYears(3), store->calendars()).isEmpty());
+}
+
+// Whoever hears of a change fetches everything anew.
+void AnsweringTest::tenThousandChangesAreToldAFewTimesASecond()
+{
+    constexpr int atMost = 5; // in a second
+    const CalendarFolder folder;
+    writeManyFiles(folder, "Before");
+    std::vector<std::unique_ptr<CalendarStoreBackend>> backends;
+    backends.push_back(folder.open());
+    const auto &backend = static_cast<const FolderCalendarStore &>(*backends.front());
+    const CalCalendarStore store(std::move(backends));
+    QElapsedTimer clock;
+    std::vector<qint64> told; // milliseconds
+    connect(&store, &CalCalendarStore::notificationPosted, this, [&] { told.push_back(clock.elapsed()); });
+
+    clock.start();
+    std::thread other([&folder] {
+        for (int index = 0; index < manyFiles; ++index)
+            folder.writeByRenaming(nameOf(index), eventOf(index, "After"));
+    });
+    QTRY_COMPARE_WITH_TIMEOUT(countOn(backend, lastDay, u"Before"_s), 0, 120'000);
+    QTRY_COMPARE_WITH_TIMEOUT(countOn(backend, day, u"Before"_s), 0, 120'000);
+    other.join();
+    QTRY_VERIFY_WITH_TIMEOUT(!told.empty() && clock.elapsed() - told.back() > 1000, 120'000);
+
+    qInfo("%d changes told by %zu notifications in %lld ms", manyFiles, told.size(), told.back() - told.front());
+    for (std::size_t index = atMost; index < told.size(); ++index) {
+        const qint64 apart = told[index] - told[index - atMost];
+        QVERIFY2(apart >= 1000, qPrintable(u"%1 within %2 ms"_s.arg(atMost + 1).arg(apart)));
+    }
+    QCOMPARE(countOn(backend, day, u"After"_s), 16);
 }
 
 VANTLE_TEST(AnsweringTest)
