@@ -3,69 +3,71 @@
 
 #include <cerrno>
 
-bool HookedCalls::isToFail(Call call) const
+template <typename Make> auto HookedCalls::through(Call call, const Make &make) -> decltype(make())
 {
-    const int reason = hook(call);
-    if (reason != 0)
+    if (const int reason = hook(call); reason != 0) {
         errno = reason;
-    return reason != 0;
+        return -1;
+    }
+    const auto outcome = make();
+    const int reason = errno;
+    afterwards(call);
+    errno = reason;
+    return outcome;
 }
 
 int HookedCalls::create(int folder, const char *name)
 {
-    return isToFail(Call::Create) ? -1 : FileCalls::create(folder, name);
+    return through(Call::Create, [&] { return FileCalls::create(folder, name); });
 }
 
 ssize_t HookedCalls::write(int file, const void *bytes, size_t count)
 {
-    return isToFail(Call::Write) ? -1 : FileCalls::write(file, bytes, count);
+    return through(Call::Write, [&] { return FileCalls::write(file, bytes, count); });
 }
 
 int HookedCalls::changeOwner(int file, uid_t owner, gid_t group)
 {
-    return isToFail(Call::ChangeOwner) ? -1 : FileCalls::changeOwner(file, owner, group);
+    return through(Call::ChangeOwner, [&] { return FileCalls::changeOwner(file, owner, group); });
 }
 
 int HookedCalls::changeMode(int file, mode_t mode)
 {
-    return isToFail(Call::ChangeMode) ? -1 : FileCalls::changeMode(file, mode);
+    return through(Call::ChangeMode, [&] { return FileCalls::changeMode(file, mode); });
 }
 
 int HookedCalls::flush(int file)
 {
-    return isToFail(Call::Flush) ? -1 : FileCalls::flush(file);
+    return through(Call::Flush, [&] { return FileCalls::flush(file); });
 }
 
 int HookedCalls::close(int file)
 {
-    const bool fails = isToFail(Call::Close);
-    const int outcome = FileCalls::close(file);
-    if (fails)
-        errno = EIO;
-    return fails ? -1 : outcome;
+    const int closed = FileCalls::close(file);
+    return through(Call::Close, [closed] { return closed; });
 }
 
 int HookedCalls::exchange(int folder, const char *name, const char *otherName)
 {
-    return isToFail(Call::Exchange) ? -1 : FileCalls::exchange(folder, name, otherName);
+    return through(Call::Exchange, [&] { return FileCalls::exchange(folder, name, otherName); });
 }
 
 int HookedCalls::rename(int folder, const char *name, const char *newName)
 {
-    return isToFail(Call::Rename) ? -1 : FileCalls::rename(folder, name, newName);
+    return through(Call::Rename, [&] { return FileCalls::rename(folder, name, newName); });
 }
 
 int HookedCalls::renameIfFree(int folder, const char *name, const char *newName)
 {
-    return isToFail(Call::Rename) ? -1 : FileCalls::renameIfFree(folder, name, newName);
+    return through(Call::Rename, [&] { return FileCalls::renameIfFree(folder, name, newName); });
 }
 
 int HookedCalls::link(int folder, const char *name, const char *newName)
 {
-    return isToFail(Call::Link) ? -1 : FileCalls::link(folder, name, newName);
+    return through(Call::Link, [&] { return FileCalls::link(folder, name, newName); });
 }
 
 int HookedCalls::unlink(int folder, const char *name)
 {
-    return isToFail(Call::Unlink) ? -1 : FileCalls::unlink(folder, name);
+    return through(Call::Unlink, [&] { return FileCalls::unlink(folder, name); });
 }

@@ -5,14 +5,17 @@
 
 #include <functional>
 
-// The calls of the system with something that happens before each. The hook answers
-// with an error number for the call to fail with, or 0 for it to be made.
-class HookedCalls final : public FolderStore::FileCalls
+// The calls of the system with something that happens before and after each.
+class HookedCalls : public FolderStore::FileCalls
 {
 public:
     enum class Call { Create, Write, ChangeOwner, ChangeMode, Flush, Close, Exchange, Rename, Link, Unlink };
 
+    // Answers with an error number for the call to fail with, or 0 for it to be made. A file is closed also when
+    // closing it reports a failure.
     std::function<int(Call call)> hook = [](Call) { return 0; };
+    // After a call that was made.
+    std::function<void(Call call)> afterwards = [](Call) {};
 
     int create(int folder, const char *name) override;
     ssize_t write(int file, const void *bytes, size_t count) override;
@@ -27,5 +30,5 @@ public:
     int unlink(int folder, const char *name) override;
 
 private:
-    bool isToFail(Call call) const;
+    template <typename Make> auto through(Call call, const Make &make) -> decltype(make());
 };
