@@ -2,8 +2,10 @@
 #include "WholeApplication.h"
 
 #include <KLVSplitView.h>
+#include <LengthenedTexts.h>
 #include <ManualClock.h>
 #include <VTMainWindow.h>
+#include <VTShortcutsWindow.h>
 
 #include <QApplication>
 #include <QDir>
@@ -12,9 +14,10 @@
 #include <QPainter>
 #include <QPixmap>
 #include <QTemporaryDir>
-#include <QTranslator>
 
 #include <cstdio>
+#include <functional>
+#include <optional>
 
 using namespace Qt::StringLiterals;
 
@@ -55,29 +58,6 @@ QPalette platformPalette(Look look)
     return {};
 }
 
-// Every text of ours longer by four tenths, as another language may have it: vowels are doubled.
-class LongTexts final : public QTranslator
-{
-public:
-    bool isEmpty() const override { return false; }
-    QString translate(
-        const char * /*context*/, const char *sourceText, const char * /*disambiguation*/, int /*n*/) const override
-    {
-        const QString source = QString::fromUtf8(sourceText);
-        const QString vowels = u"aeiouAEIOU"_s;
-        qsizetype missing = (source.size() * 4 + 9) / 10;
-        QString longer;
-        for (const QChar letter : source) {
-            longer.append(letter);
-            if (missing > 0 && vowels.contains(letter)) {
-                longer.append(letter.toLower());
-                --missing;
-            }
-        }
-        return longer + u"~"_s.repeated(missing);
-    }
-};
-
 // The application as a scene wishes it, and as it was afterwards.
 class Setting final
 {
@@ -89,11 +69,11 @@ public:
         QApplication::setFont(font);
         QGuiApplication::setLayoutDirection(scene.direction);
         if (scene.hasLongTexts)
-            QApplication::installTranslator(&m_longTexts);
+            m_longTexts.emplace();
     }
     ~Setting()
     {
-        QApplication::removeTranslator(&m_longTexts);
+        m_longTexts.reset();
         QGuiApplication::setLayoutDirection(Qt::LeftToRight);
         QApplication::setFont(m_font);
     }
@@ -102,7 +82,7 @@ public:
 
 private:
     QFont m_font = QApplication::font();
-    LongTexts m_longTexts;
+    std::optional<LengthenedTexts> m_longTexts;
 };
 
 void arrange(VTMainWindow &window, Panes panes)
@@ -166,17 +146,72 @@ bool save(const QPixmap &pixmap, const QDir &folder, const QString &name)
     return false;
 }
 
-QPixmap menuPicture(const QString &calendars, Look look)
+// A part of the application that a scene's window does not show by itself, such as an open menu.
+QPixmap picture(const Scene &scene, const std::function<QWidget *(VTMainWindow &)> &opened)
 {
+    const Setting setting(scene);
     const QTemporaryDir home;
     ManualClock clock(QDateTime(shownDay, QTime(10, 5)));
-    WholeApplication application(calendars, home.path(), clock, platformPalette(look));
+    WholeApplication application(scene.calendars, home.path(), clock, platformPalette(scene.look));
     QApplication::processEvents();
-    auto *const menu = application.window().findChild<QMenu *>(u"taskSettingsMenu"_s);
+    QWidget *const part = opened(application.window());
+    QApplication::processEvents();
+    return part->grab();
+}
+
+QWidget *openMenu(VTMainWindow &window, const QString &name)
+{
+    auto *const menu = window.findChild<QMenu *>(name);
     menu->popup(QPoint(0, 0));
     menu->setActiveAction(menu->actions().at(1));
-    QApplication::processEvents();
-    return menu->grab();
+    return menu;
+}
+
+QPixmap menuPicture(const Scene &scene, const QString &name)
+{
+    return picture(scene, [&](VTMainWindow &window) { return openMenu(window, name); });
+}
+
+// As high as all of its keys.
+QPixmap shortcutsPicture(const Scene &scene)
+{
+    return picture(scene, [&](VTMainWindow &window) {
+        window.showShortcuts();
+        QWidget *const shortcuts = window.findChild<VTShortcutsWindow *>();
+        shortcuts->resize(scene.size);
+        return shortcuts;
+    });
+}
+
+bool saveMenus(const QDir &folder, const QString &full)
+{
+    QList<QPixmap> menus;
+    for (const Look look : { Look::Light, Look::Dark }) {
+        for (const char *name : { "mainMenu", "calItemContextMenu", "taskSettingsMenu" })
+            menus.append(menuPicture({ .calendars = full, .look = look }, QLatin1String(name)));
+    }
+    const QSize usual(420, 900);
+    return save(beside(menus), folder, u"menu"_s)
+        && save(beside({ shortcutsPicture({ .calendars = full, .size = usual }),
+                    shortcutsPicture({ .calendars = full, .size = usual, .look = Look::Dark }),
+                    shortcutsPicture({ .calendars = full, .size = usual, .direction = Qt::RightToLeft }),
+                    shortcutsPicture({ .calendars = full, .size = usual, .hasLongTexts = true }) }),
+            folder, u"shortcuts"_s);
+}
+
+// The line under the date bar.
+bool saveSilence(const QDir &folder, const QString &full)
+{
+    const QStringList one { u"Personal"_s };
+    const QStringList several { u"Personal"_s, u"Nextcloud"_s };
+    return save(
+        beside({ picture({ .calendars = full, .silentServices = one }),
+            picture({ .calendars = full, .look = Look::Dark, .silentServices = one }),
+            picture({ .calendars = full, .look = Look::HighContrast, .silentServices = one }),
+            picture({ .calendars = full, .direction = Qt::RightToLeft, .silentServices = several }),
+            picture({ .calendars = full, .hasLongTexts = true, .silentServices = several }),
+            picture({ .calendars = full, .size = { 680, 600 }, .fontPixels = 26, .silentServices = several }) }),
+        folder, u"silent-service"_s);
 }
 
 // The parts of the window shown and hidden, large and small.
@@ -194,10 +229,7 @@ bool saveArrangements(const QDir &folder, const QString &full)
         && save(
             picture({ .calendars = full, .selectedTitle = review, .size = { 280, 240 } }), folder, u"smallest-window"_s)
         && save(picture({ .calendars = full, .selectedTitle = review, .size = { 600, 700 } }), folder, u"wide-window"_s)
-        && save(beside({ menuPicture(full, Look::Light), menuPicture(full, Look::Dark) }), folder, u"menu"_s)
-        && save(beside({ picture({ .calendars = full, .silentServices = silent }),
-                    picture({ .calendars = full, .look = Look::Dark, .silentServices = silent }) }),
-            folder, u"silent-service"_s);
+        && saveMenus(folder, full) && saveSilence(folder, full);
 }
 
 // The same for people who read larger, with more contrast, from the right or in longer words.
