@@ -61,15 +61,13 @@ void VTEventEditController::loadWindow()
     VTSheetForm::setUpCaption(*m_ui->startCaption, QCoreApplication::translate("Vantle", "Starts"));
     VTSheetForm::setUpCaption(*m_ui->endCaption, QCoreApplication::translate("Vantle", "Ends"));
     VTSheetForm::setUpCaption(*m_ui->repeatsCaption, QCoreApplication::translate("Vantle", "Repeats"));
-    m_ui->repeatsCaption->setContentsMargins({});
-    m_ui->repeatsCaption->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
     VTSheetForm::setUpCaption(*m_ui->urlCaption, QCoreApplication::translate("Vantle", "Link"));
     VTSheetForm::setUpCaption(*m_ui->notesCaption, QCoreApplication::translate("Vantle", "Notes"));
     VTSheetForm::setUpCaption(*m_ui->alarmsCaption, QCoreApplication::translate("Vantle", "Alarms"));
     m_ui->allDayCheckBox->setText(QCoreApplication::translate("Vantle", "All day"));
     m_ui->cancelButton->setText(QCoreApplication::translate("Vantle", "Cancel"));
     m_ui->saveButton->setText(QCoreApplication::translate("Vantle", "Save"));
-    m_ui->repeatsLabel->setTextFormat(Qt::PlainText);
+    VTSheetForm::setUpValue(*m_ui->repeatsLabel);
     VTSheetForm::setUpNote(*m_ui->seriesLabel);
     VTSheetForm::setName(*m_ui->locationField, m_ui->locationCaption->text());
     VTSheetForm::setUpPicker(*m_startDatePicker, m_ui->startCaption->text());

@@ -25,7 +25,7 @@ constexpr std::array entries {
     VTKeyboardEntry { VTKeyGroup::Items, "undo", "Ctrl+Z", QT_TRANSLATE_NOOP("Vantle", "Undo Delete") },
     VTKeyboardEntry { VTKeyGroup::Items, "", "Up", QT_TRANSLATE_NOOP("Vantle", "Select Row Above") },
     VTKeyboardEntry { VTKeyGroup::Items, "", "Down", QT_TRANSLATE_NOOP("Vantle", "Select Row Below") },
-    VTKeyboardEntry { VTKeyGroup::Items, "", "Return", QT_TRANSLATE_NOOP("Vantle", "Tick Selected To-Do") },
+    VTKeyboardEntry { VTKeyGroup::Items, "", "Return", QT_TRANSLATE_NOOP("Vantle", "Tick Selected To Do") },
     VTKeyboardEntry { VTKeyGroup::Items, "", "Tab", QT_TRANSLATE_NOOP("Vantle", "Next Control") },
     VTKeyboardEntry { VTKeyGroup::Items, "", "Space", QT_TRANSLATE_NOOP("Vantle", "Use Control") },
 
@@ -76,7 +76,7 @@ QString VTKeyGroupName(VTKeyGroup group)
     case VTKeyGroup::Days:
         return QCoreApplication::translate("Vantle", "Days");
     case VTKeyGroup::Items:
-        return QCoreApplication::translate("Vantle", "Events and To-Dos");
+        return QCoreApplication::translate("Vantle", "Events and To Dos");
     case VTKeyGroup::View:
         return QCoreApplication::translate("Vantle", "View");
     case VTKeyGroup::Program:

@@ -112,7 +112,7 @@ void VTMainWindow::buildLists()
     m_splitView->setSizes({ 2 * height(), height() });
     m_splitView->handle(1)->setObjectName(u"divider"_s);
     m_splitView->setOpenPosition(height() / 2);
-    m_splitView->setAccessibleName(QCoreApplication::translate("Vantle", "Events and to-dos"));
+    m_splitView->setAccessibleName(QCoreApplication::translate("Vantle", "Events and to dos"));
     connect(m_splitView, &KLVSplitView::collapseDidChange, this, &VTMainWindow::collapseDidChange);
 }
 

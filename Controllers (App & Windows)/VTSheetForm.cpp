@@ -3,6 +3,7 @@
 
 #include <KLVDatePicker.h>
 #include <KLVMetrics.h>
+#include <KLVReadingDirection.h>
 #include <KLVSheet.h>
 
 #include <QApplication>
@@ -20,9 +21,10 @@ constexpr qreal sideMargin = 18;
 constexpr qreal endMargin = 16;
 constexpr qreal captionGap = 12;
 constexpr qreal rowGap = 8;
+constexpr qreal rowHeight = 28;
 constexpr qreal gapAboveButtons = 16;
 constexpr qreal gapBetweenButtons = 8;
-constexpr qreal topCaptionInset = 6;
+constexpr qreal topCaptionInset = 8; // its base line is that of the first line beside it
 // The oldest day that the control can show.
 const QDate earliestDate(100, 1, 1);
 constexpr int captionPixels = 12;
@@ -64,6 +66,14 @@ void VTSheetForm::setUpNote(QLabel &note)
     note.setFont(KLVMetrics(QApplication::font()).font(captionPixels));
     // The palette's dim text.
     note.setForegroundRole(QPalette::PlaceholderText);
+    KLVFollowReadingDirection(note);
+}
+
+void VTSheetForm::setUpValue(QLabel &value)
+{
+    value.setTextFormat(Qt::PlainText);
+    value.setMinimumHeight(length(rowHeight));
+    KLVFollowReadingDirection(value);
 }
 
 void VTSheetForm::setUpTitleField(QLineEdit &field)
@@ -75,7 +85,7 @@ void VTSheetForm::setUpPicker(KLVDatePicker &picker, const QString &name)
 {
     setName(picker, name);
     picker.setMinimumDate(earliestDate);
-    picker.setCalendarPopup(true);
+    picker.offerMonth();
     picker.setFocusPolicy(Qt::StrongFocus);
     picker.setShowsTime(true);
 }

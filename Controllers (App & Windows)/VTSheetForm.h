@@ -21,6 +21,8 @@ void setUpSheet(KLVSheet &sheet, double width, const QString &title);
 void setUpCaption(QLabel &caption, const QString &text);
 // The same look for a sentence.
 void setUpNote(QLabel &note);
+// A line that stands where other rows have a field.
+void setUpValue(QLabel &value);
 // The one loud field.
 void setUpTitleField(QLineEdit &field);
 // With a calendar to open, and all that is needed to show any date.

@@ -6,10 +6,12 @@
 #include <KLVHeading.h>
 #include <KLVKeyCaps.h>
 #include <KLVMetrics.h>
+#include <KLVReadingDirection.h>
 #include <KLVSlimScrollBar.h>
 
 #include <QApplication>
 #include <QGridLayout>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QScrollArea>
 #include <QVBoxLayout>
@@ -40,6 +42,7 @@ void addRow(QGridLayout *grid, const VTKeyboardEntry &entry)
     auto *text = new QLabel(entry.translatedText());
     text->setTextFormat(Qt::PlainText);
     text->setWordWrap(true);
+    KLVFollowReadingDirection(*text);
     auto *keys = new KLVKeyCaps(entry.shortcuts());
     text->setBuddy(keys);
     // Read as one: what it does, then its keys.
@@ -65,7 +68,8 @@ VTShortcutsWindow::VTShortcutsWindow(QWidget *parent)
     area->setAccessibleName(windowTitle());
     area->setFrameShape(QFrame::NoFrame);
     area->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-    area->setVerticalScrollBar(new KLVSlimScrollBar(area));
+    m_scrollBar = new KLVSlimScrollBar(area);
+    area->setVerticalScrollBar(m_scrollBar);
     area->setWidgetResizable(true);
     // Arrows and Page keys scroll.
     area->setFocusPolicy(Qt::StrongFocus);
@@ -74,6 +78,16 @@ VTShortcutsWindow::VTShortcutsWindow(QWidget *parent)
     layout->setContentsMargins(0, 0, 0, 0);
     layout->addWidget(area);
     resize(pixels(firstSize.width()), std::min(pixels(firstSize.height()), content->sizeHint().height()));
+}
+
+void VTShortcutsWindow::keyPressEvent(QKeyEvent *event)
+{
+    if (event->key() == Qt::Key_Home)
+        m_scrollBar->setValue(m_scrollBar->minimum());
+    else if (event->key() == Qt::Key_End)
+        m_scrollBar->setValue(m_scrollBar->maximum());
+    else
+        QDialog::keyPressEvent(event);
 }
 
 void VTShortcutsWindow::addGroups(QVBoxLayout *layout)

@@ -3,6 +3,7 @@
 
 #include <QDialog>
 
+class QScrollBar;
 class QVBoxLayout;
 
 // All keys of the main window, group by group, from the keyboard map. Escape
@@ -14,6 +15,12 @@ class VTShortcutsWindow final : public QDialog
 public:
     explicit VTShortcutsWindow(QWidget *parent = nullptr);
 
+protected:
+    // Home and End go to the first and the last keys.
+    void keyPressEvent(QKeyEvent *event) override;
+
 private:
-    void addGroups(QVBoxLayout *layout);
+    static void addGroups(QVBoxLayout *layout);
+
+    QScrollBar *m_scrollBar;
 };

@@ -31,6 +31,11 @@ qreal pointSize()
     return KLVMetrics(QApplication::font()).length(many) / many;
 }
 
+QFont textFont()
+{
+    return KLVMetrics(QApplication::font()).font(textSize, textWeight);
+}
+
 // Half a line inside the rectangle, so that a line of one point lies on whole pixels.
 QPainterPath faceOutline(const QRectF &face, qreal radius)
 {
@@ -77,6 +82,11 @@ QSize KLVBarButton::sizeHint() const
     return QSizeF(metrics.length(statedWidth), metrics.length(statedHeight)).toSize();
 }
 
+int KLVBarButton::textWidth() const
+{
+    return QFontMetrics(textFont()).horizontalAdvance(text());
+}
+
 QColor KLVBarButton::faceColor() const
 {
     const QColor face = palette().color(QPalette::Button);
@@ -108,7 +118,7 @@ void KLVBarButton::paintEvent(QPaintEvent * /*event*/)
         KLVDrawSign(painter, m_sign, QRectF(rect()), text, unit, layoutDirection());
     } else {
         painter.setPen(text);
-        painter.setFont(KLVMetrics(QApplication::font()).font(textSize, textWeight));
+        painter.setFont(textFont());
         painter.drawText(rect(), Qt::AlignCenter | Qt::TextSingleLine,
             painter.fontMetrics().elidedText(this->text(), Qt::ElideRight, width() - 2 * textMargin));
     }

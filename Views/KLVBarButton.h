@@ -32,6 +32,8 @@ public:
     void setMenu(QMenu *menu);
 
     QSize sizeHint() const override;
+    // Of the whole text, without a margin.
+    int textWidth() const;
 
 protected:
     void paintEvent(QPaintEvent *event) override;

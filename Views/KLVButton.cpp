@@ -41,6 +41,10 @@ void KLVButton::draw(const KLVDrawingContext &drawing) const
     drawing.painter.setPen(drawing.theme.readable(color, drawing.background));
     const QString shown = metrics.elidedText(KLVText::shown(m_title), Qt::ElideRight, frame().width());
     const double x = isRightToLeft() ? std::max(0.0, frame().width() - metrics.horizontalAdvance(shown)) : 0.0;
+    // A mark before a name stands at the side where the reading begins; a link runs from left to right everywhere.
+    const bool isMirrored = isRightToLeft() && m_kind != Kind::Link;
+    drawing.painter.setLayoutDirection(isMirrored ? Qt::RightToLeft : Qt::LayoutDirectionAuto);
     drawing.painter.drawText(QPointF(x, baseline), shown);
+    drawing.painter.setLayoutDirection(Qt::LayoutDirectionAuto);
     drawCurrentMark(drawing);
 }

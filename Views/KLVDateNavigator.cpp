@@ -16,6 +16,8 @@ namespace
 {
 
 constexpr qreal fixedWidth = 46; // points
+constexpr qreal leastFixedWidth = 34; // points; so narrow only where the label has no room
+constexpr qreal labelMargin = 8; // points
 constexpr qreal statedHeight = 28; // points
 constexpr int daysPerWeek = 7;
 
@@ -77,6 +79,7 @@ void KLVDateNavigator::setLabel_forSegment(const QString &label, int segment)
         return;
     button->setText(label);
     button->setAccessibleDescription(label);
+    layOutSegments();
 }
 
 void KLVDateNavigator::setTabOrderBetween(QWidget *previous, QWidget *next)
@@ -171,7 +174,8 @@ void KLVDateNavigator::changeEvent(QEvent *event)
 
 void KLVDateNavigator::layOutSegments()
 {
-    const int narrow = pixels(fixedWidth);
+    const int label = m_segments.at(middleSegment)->textWidth() + 2 * pixels(labelMargin);
+    const int narrow = qBound(pixels(leastFixedWidth), (width() - label) / (segmentCount - 1), pixels(fixedWidth));
     const int wide = std::max(0, width() - narrow * (segmentCount - 1));
     int x = 0;
     for (int i = 0; i < segmentCount; ++i) {

@@ -2,6 +2,7 @@
 #include "KLVDatePicker.h"
 
 #include "KLVKeyBindings.h"
+#include "KLVMonthView.h"
 
 #include <QKeyEvent>
 #include <QLineEdit>
@@ -34,6 +35,11 @@ QString KLVDatePattern(const QLocale &locale)
     return day < month ? u"ddd d MMM yyyy"_s : u"ddd MMM d, yyyy"_s;
 }
 
+QString KLVTimePattern(const QLocale &locale)
+{
+    return locale.language() == QLocale::C ? u"HH:mm"_s : locale.timeFormat(QLocale::ShortFormat);
+}
+
 KLVDatePicker::KLVDatePicker(QWidget *parent)
     : QDateTimeEdit(parent)
 {
@@ -64,8 +70,14 @@ void KLVDatePicker::setShowsTime(bool showsTime)
     const QDateTime value = m_given.isValid() ? dateValue() : dateTime();
     m_showsTime = showsTime;
     const QString date = KLVDatePattern(locale());
-    setDisplayFormat(showsTime ? date + u"   "_s + locale().timeFormat(QLocale::ShortFormat) : date);
+    setDisplayFormat(showsTime ? date + u"   "_s + KLVTimePattern(locale()) : date);
     setDateValue(value);
+}
+
+void KLVDatePicker::offerMonth()
+{
+    setCalendarPopup(true);
+    setCalendarWidget(new KLVMonthView(this)); // goes over to what unfolds
 }
 
 void KLVDatePicker::keyPressEvent(QKeyEvent *event)

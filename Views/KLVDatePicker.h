@@ -26,6 +26,9 @@ public:
     bool showsTime() const { return m_showsTime; }
     void setShowsTime(bool showsTime);
 
+    // Also offers a month to choose a day from, at an arrow.
+    void offerMonth();
+
     // Whether something was typed that has not become the picker's date yet.
     bool hasPendingEdit() const { return m_hasPendingEdit; }
     // Whether the Return that is being handed on took over what had been typed.
@@ -53,3 +56,5 @@ private:
 
 // How a picker writes a date in a locale, in the letters of QLocale::toString().
 QString KLVDatePattern(const QLocale &locale);
+// The same for a time. The C locale is no person's: it would show seconds.
+QString KLVTimePattern(const QLocale &locale);

@@ -68,7 +68,7 @@ void KLVKeyCaps::paintEvent(QPaintEvent * /*event*/)
         painter.setBrush(palette().color(QPalette::Button));
         painter.drawRoundedRect(QRectF(cap).adjusted(0.5, 0.5, -0.5, -0.5), pixels(cornerRadius), pixels(cornerRadius));
         painter.setPen(palette().color(QPalette::ButtonText));
-        painter.drawText(cap, Qt::AlignCenter | Qt::TextSingleLine, text);
+        painter.drawText(cap, Qt::AlignCenter | Qt::TextSingleLine | Qt::TextForceLeftToRight, text);
         x += cap.width() + pixels(gap);
     }
 }

@@ -67,7 +67,7 @@ void KLVMiniBadge::draw(const KLVDrawingContext &drawing) const
     drawing.painter.save();
     drawing.painter.setRenderHint(QPainter::Antialiasing);
     drawing.painter.setPen(Qt::NoPen);
-    drawing.painter.setBrush(m_backgroundColor);
+    drawing.painter.setBrush(drawing.theme.badge(m_backgroundColor));
     drawing.painter.drawRoundedRect(pill, xRadius, yRadius);
     drawText(drawing);
     drawing.painter.restore();
@@ -86,7 +86,7 @@ void KLVMiniBadge::drawText(const KLVDrawingContext &drawing) const
     double x = padding + (room - textWidth(text, font())) / 2;
 
     drawing.painter.setFont(font());
-    drawing.painter.setPen(KLVTheme::textOnBadge(m_backgroundColor));
+    drawing.painter.setPen(KLVTheme::textOnBadge(drawing.theme.badge(m_backgroundColor)));
     if (!isTime(text)) {
         drawing.painter.drawText(QPointF(x, baseline), text);
         return;

@@ -2,6 +2,7 @@
 #include "KLVNotice.h"
 
 #include "KLVMetrics.h"
+#include "KLVReadingDirection.h"
 #include "KLVTheme.h"
 
 #include <QAccessible>
@@ -24,6 +25,7 @@ KLVNotice::KLVNotice(QWidget *parent)
 {
     setTextFormat(Qt::PlainText);
     setWordWrap(true);
+    KLVFollowReadingDirection(*this);
     setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Minimum);
     takeFont();
     hide();

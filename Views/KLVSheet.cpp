@@ -6,6 +6,7 @@
 #include "KLVTheme.h"
 
 #include <QKeyEvent>
+#include <QLayout>
 #include <QPainter>
 #include <QPlainTextEdit>
 #include <QScreen>
@@ -137,7 +138,9 @@ void KLVSheet::paintEvent(QPaintEvent *event)
 
 void KLVSheet::fit()
 {
-    adjustSize();
+    const int width = qMax(minimumWidth(), sizeHint().width());
+    const bool dependsOnWidth = layout() && layout()->hasHeightForWidth();
+    resize(width, dependsOnWidth ? layout()->totalHeightForWidth(width) : sizeHint().height());
     place();
 }
 

@@ -38,8 +38,7 @@ QFont buttonFont()
 bool isOfDialog(const QStyleOptionButton &option, const QWidget *widget)
 {
     return option.features.testFlag(QStyleOptionButton::DefaultButton)
-        || (option.features.testFlag(QStyleOptionButton::AutoDefaultButton) && widget
-            && qobject_cast<const QDialog *>(widget->window()));
+        || (widget && qobject_cast<const QDialog *>(widget->window()));
 }
 
 QColor touched(const QColor &face, const QColor &text, const QStyleOption &option)

@@ -3,11 +3,16 @@
 
 #include "KLVDrawings.h"
 #include "KLVStyleShapes.h"
+#include "KLVTableView.h"
 #include "KLVTheme.h"
 
 #include <QAbstractScrollArea>
+#include <QDateTimeEdit>
 #include <QPainter>
+#include <QPlainTextEdit>
 #include <QStyleOption>
+#include <QTextDocument>
+#include <QTextEdit>
 
 using namespace KLVStyleShapes;
 
@@ -24,6 +29,23 @@ constexpr qreal menuMargin = 4;
 constexpr qreal spacing = 8;
 constexpr qreal tipMargin = 4;
 
+// A date picker keeps its figures from left to right everywhere; its arrow stands where those of the pop-ups around it
+// do.
+Qt::LayoutDirection directionOf(const QStyleOption &option, const QWidget *widget)
+{
+    const bool isPicker = qobject_cast<const QDateTimeEdit *>(widget);
+    return isPicker && widget->parentWidget() ? widget->parentWidget()->layoutDirection() : option.direction;
+}
+
+// Its document has a margin of its own on all sides.
+int sideOfTypingSurface(const QWidget *widget)
+{
+    const auto *plain = qobject_cast<const QPlainTextEdit *>(widget);
+    const auto *rich = qobject_cast<const QTextEdit *>(widget);
+    const QTextDocument *document = plain ? plain->document() : rich ? rich->document() : nullptr;
+    return document ? std::max(0, points(fieldMargin) - points(tableFrame) - qRound(document->documentMargin())) : 0;
+}
+
 // A scroll bar has no trough: it stands on what it scrolls.
 QPalette::ColorRole roleBehindScrollBar(const QWidget *bar)
 {
@@ -36,25 +58,49 @@ QPalette::ColorRole roleBehindScrollBar(const QWidget *bar)
 
 } // namespace
 
-void KLVStyle::drawComboBox(QPainter &painter, const QStyleOptionComboBox &option, const QWidget * /*widget*/) const
+void KLVStyle::drawComboBox(QPainter &painter, const QStyleOptionComboBox &option, const QWidget *widget) const
 {
     drawField(painter, option, option.palette.color(QPalette::Button));
     if (!option.subControls.testFlag(SC_ComboBoxArrow))
         return;
     const QPalette::ColorGroup group = option.state.testFlag(State_Enabled) ? QPalette::Active : QPalette::Disabled;
-    const QRect arrow = comboBoxRect(option, SC_ComboBoxArrow);
+    const QRect arrow = comboBoxRect(option, SC_ComboBoxArrow, widget);
     drawArrow(painter, arrow, option.palette.color(group, QPalette::ButtonText), Qt::DownArrow);
 }
 
-QRect KLVStyle::comboBoxRect(const QStyleOptionComplex &option, SubControl subControl)
+// A small icon with a gap beside it as between a box and its words, and the text; also the one that stands for no
+// choice.
+void KLVStyle::drawComboBoxLabel(QPainter &painter, const QStyleOptionComboBox &option, const QWidget *widget) const
 {
+    const QRect room = proxy()->subControlRect(CC_ComboBox, &option, SC_ComboBoxEditField, widget);
+    const bool isEnabled = option.state.testFlag(State_Enabled);
+    QRect text = room.adjusted(1, 0, 0, 0);
+    if (!option.currentIcon.isNull()) {
+        QRect icon(QPoint(), option.iconSize);
+        icon.moveCenter(room.center());
+        icon.moveLeft(text.left());
+        option.currentIcon.paint(&painter, visualRect(option.direction, room, icon), Qt::AlignCenter,
+            isEnabled ? QIcon::Normal : QIcon::Disabled);
+        text.setLeft(icon.right() + 1 + points(checkBoxSpacing));
+    }
+    painter.save();
+    painter.setPen(option.palette.color(isEnabled ? QPalette::Active : QPalette::Disabled, QPalette::ButtonText));
+    const Qt::Alignment alignment = visualAlignment(option.direction, Qt::AlignLeft | Qt::AlignVCenter);
+    painter.drawText(visualRect(option.direction, room, text), static_cast<int>(alignment) | Qt::TextSingleLine,
+        option.fontMetrics.elidedText(option.currentText, Qt::ElideRight, text.width()));
+    painter.restore();
+}
+
+QRect KLVStyle::comboBoxRect(const QStyleOptionComplex &option, SubControl subControl, const QWidget *widget)
+{
+    const Qt::LayoutDirection direction = directionOf(option, widget);
     const QRect rect = option.rect;
     const int arrow = points(comboArrowArea);
     switch (subControl) {
     case SC_ComboBoxArrow:
-        return visualRect(option.direction, rect, QRect(rect.right() + 1 - arrow, rect.top(), arrow, rect.height()));
+        return visualRect(direction, rect, QRect(rect.right() + 1 - arrow, rect.top(), arrow, rect.height()));
     case SC_ComboBoxEditField:
-        return visualRect(option.direction, rect, rect.adjusted(points(fieldMargin) - 1, 1, -arrow, -1));
+        return visualRect(direction, rect, rect.adjusted(points(fieldMargin) - 1, 1, -arrow, -1));
     default:
         return rect;
     }
@@ -111,6 +157,10 @@ QRect KLVStyle::subElementRect(SubElement element, const QStyleOption *option, c
         const int margin = frame && frame->lineWidth > 0 ? points(fieldMargin) - 2 - frame->lineWidth : 0;
         return rect.adjusted(margin, 0, -margin, 0);
     }
+    case SE_ShapedFrameContents: {
+        const int side = sideOfTypingSurface(widget);
+        return QProxyStyle::subElementRect(element, option, widget).adjusted(side, 0, -side, 0);
+    }
     case SE_CheckBoxFocusRect:
     case SE_RadioButtonFocusRect:
         return option->rect;
@@ -123,7 +173,7 @@ QRect KLVStyle::subControlRect(
     ComplexControl control, const QStyleOptionComplex *option, SubControl subControl, const QWidget *widget) const
 {
     if (control == CC_ComboBox)
-        return comboBoxRect(*option, subControl);
+        return comboBoxRect(*option, subControl, widget);
     if (const auto *spinBox = qstyleoption_cast<const QStyleOptionSpinBox *>(option); spinBox && control == CC_SpinBox)
         return spinBoxRect(*spinBox, subControl);
     if (const auto *slider = qstyleoption_cast<const QStyleOptionSlider *>(option); slider && control == CC_ScrollBar)
@@ -240,6 +290,10 @@ int KLVStyle::pixelMetric(PixelMetric metric, const QStyleOption *option, const 
         return 1;
     case PM_DefaultFrameWidth:
         return qobject_cast<const QAbstractScrollArea *>(widget) ? points(tableFrame) : 1;
+    // The text of a row stands under that of the fields above; Qt adds one pixel.
+    case PM_FocusFrameHMargin:
+        return qobject_cast<const KLVTableView *>(widget) ? points(fieldMargin) - points(tableFrame) - 1
+                                                          : QProxyStyle::pixelMetric(metric, option, widget);
     case PM_LayoutHorizontalSpacing:
     case PM_LayoutVerticalSpacing:
         return points(spacing);

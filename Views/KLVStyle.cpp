@@ -13,6 +13,7 @@
 #include <QStyleFactory>
 #include <QStyleOption>
 #include <QTextEdit>
+#include <QToolButton>
 
 using namespace Qt::StringLiterals;
 using namespace KLVStyleShapes;
@@ -116,6 +117,9 @@ void KLVStyle::drawPrimitive(
     case PE_FrameFocusRect:
         return drawRing(*painter, *option, QRectF(option->rect), points(4));
     case PE_IndicatorArrowDown:
+        // One in the corner of a button that opens a menu would touch its text.
+        if (qobject_cast<const QToolButton *>(widget))
+            return;
         return drawArrow(*painter, option->rect, option->palette.color(QPalette::ButtonText), Qt::DownArrow);
     case PE_IndicatorArrowUp:
         return drawArrow(*painter, option->rect, option->palette.color(QPalette::ButtonText), Qt::UpArrow);
@@ -143,6 +147,11 @@ void KLVStyle::drawControl(
             drawControl(CE_PushButtonBevel, option, painter, widget);
             return drawButtonLabel(*painter, *button, widget);
         }
+        break;
+    case CE_ComboBoxLabel:
+        if (const auto *comboBox = qstyleoption_cast<const QStyleOptionComboBox *>(option);
+            comboBox && !comboBox->editable)
+            return drawComboBoxLabel(*painter, *comboBox, widget);
         break;
     case CE_MenuItem:
         if (const auto *item = qstyleoption_cast<const QStyleOptionMenuItem *>(option))

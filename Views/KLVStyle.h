@@ -65,11 +65,12 @@ private:
 
     // Fields, tables and scroll bars (KLVStyle+Fields.cpp)
     void drawComboBox(QPainter &painter, const QStyleOptionComboBox &option, const QWidget *widget) const;
+    void drawComboBoxLabel(QPainter &painter, const QStyleOptionComboBox &option, const QWidget *widget) const;
     void drawSpinBox(QPainter &painter, const QStyleOptionSpinBox &option, const QWidget *widget) const;
     void drawScrollBar(QPainter &painter, const QStyleOptionComplex &option, const QWidget *widget) const;
     static void drawFrame(QPainter &painter, const QStyleOption &option, const QWidget *widget);
     static void drawHeaderSection(QPainter &painter, const QStyleOption &option);
-    static QRect comboBoxRect(const QStyleOptionComplex &option, SubControl subControl);
+    static QRect comboBoxRect(const QStyleOptionComplex &option, SubControl subControl, const QWidget *widget);
     static QRect spinBoxRect(const QStyleOptionSpinBox &option, SubControl subControl);
     QRect scrollBarRect(const QStyleOptionSlider &option, SubControl subControl, const QWidget *widget) const;
 

@@ -10,6 +10,7 @@
 #include <QIcon>
 #include <QKeyEvent>
 #include <QPainter>
+#include <QStyledItemDelegate>
 #include <QToolButton>
 
 using namespace Qt::StringLiterals;
@@ -35,6 +36,22 @@ QIcon signIcon(KLVSign sign, const QColor &color, qreal unit, qreal devicePixelR
     return QIcon(pixmap);
 }
 
+// Every row begins at the edge where the window's language begins, in the order of its own one.
+class RowDelegate final : public QStyledItemDelegate
+{
+public:
+    using QStyledItemDelegate::QStyledItemDelegate;
+
+protected:
+    void initStyleOption(QStyleOptionViewItem *option, const QModelIndex &index) const override
+    {
+        QStyledItemDelegate::initStyleOption(option, index);
+        option->displayAlignment
+            = QStyle::visualAlignment(option->direction, Qt::AlignLeft | Qt::AlignVCenter) | Qt::AlignAbsolute;
+        option->direction = option->text.isRightToLeft() ? Qt::RightToLeft : Qt::LeftToRight;
+    }
+};
+
 } // namespace
 
 class KLVTableView::Model final : public QAbstractTableModel
@@ -57,7 +74,11 @@ public:
     int columnCount(const QModelIndex &parent) const override { return parent.isValid() ? 0 : buttonColumn + 1; }
     QVariant data(const QModelIndex &index, int role) const override
     {
-        if (!m_dataSource || (role != Qt::DisplayRole && role != Qt::ToolTipRole))
+        if (!m_dataSource)
+            return {};
+        if (role == Qt::AccessibleTextRole)
+            return accessibleText(index);
+        if (role != Qt::DisplayRole && role != Qt::ToolTipRole)
             return {};
         const QVariant value
             = m_dataSource->tableView_objectValueForTableColumn_row(&m_view, index.column(), index.row());
@@ -66,6 +87,14 @@ public:
     }
 
 private:
+    QString accessibleText(const QModelIndex &index) const
+    {
+        const QString text = this->index(index.row(), textColumn).data().toString();
+        if (text.isEmpty())
+            return QCoreApplication::translate("Vantle", "empty");
+        return index.column() == buttonColumn ? m_view.m_buttonTitle : text;
+    }
+
     KLVTableView &m_view;
     KLVTableViewDataSource *m_dataSource = nullptr;
     int m_rows = 0;
@@ -76,11 +105,13 @@ KLVTableView::KLVTableView(QWidget *parent)
     , m_model(std::make_unique<Model>(*this))
 {
     setModel(m_model.get());
+    setItemDelegate(new RowDelegate(this));
     setSelectionBehavior(QAbstractItemView::SelectRows);
     setSelectionMode(QAbstractItemView::SingleSelection);
     setEditTriggers(QAbstractItemView::NoEditTriggers);
     setTabKeyNavigation(false);
     setShowGrid(false);
+    setAlternatingRowColors(true);
     setWordWrap(false);
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);

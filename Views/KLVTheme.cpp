@@ -7,7 +7,7 @@ namespace
 {
 
 constexpr double minimumTextContrast = 4.5;
-constexpr double highTextContrast = 7.0;
+constexpr double highTextContrast = 7.1; // wanted are 7; drawing rounds
 constexpr double contrastOfBlackAndWhite = 20.9;
 constexpr double minimumBadgeContrast = 4.0;
 constexpr double minimumLineContrast = 3.0;
@@ -61,7 +61,8 @@ QPalette paletteOf(const Roles &roles, const QColor &accent)
     palette.setColor(QPalette::Highlight, highlight);
     palette.setColor(QPalette::HighlightedText, KLVTheme::textOn(highlight));
     palette.setColor(QPalette::Link, highlight);
-    for (const auto role : { QPalette::WindowText, QPalette::Text, QPalette::ButtonText })
+    const auto texts = { QPalette::WindowText, QPalette::Text, QPalette::ButtonText, QPalette::PlaceholderText };
+    for (const QPalette::ColorRole role : texts)
         palette.setColor(QPalette::Disabled, role, KLVTheme::blended(QColor(roles.text), 0.4, QColor(roles.window)));
     return palette;
 }
@@ -149,6 +150,11 @@ QColor KLVTheme::surface(const QColor &lightColor) const
 QColor KLVTheme::readable(const QColor &color, const QColor &background) const
 {
     return moved(color, background, m_isHighContrast ? highTextContrast : minimumTextContrast);
+}
+
+QColor KLVTheme::badge(const QColor &color) const
+{
+    return m_isHighContrast ? moved(color, textOnBadge(color), highTextContrast) : color;
 }
 
 QColor KLVTheme::textOn(const QColor &face)

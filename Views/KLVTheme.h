@@ -41,6 +41,8 @@ public:
     // The colour, brought just far enough from the background to be read on it.
     QColor readable(const QColor &color, const QColor &background) const;
 
+    // The pill of a badge in a calendar's colour: that colour, in high contrast brought far enough from its text.
+    QColor badge(const QColor &color) const;
     // White where it is readable (4 : 1), else black.
     static QColor textOnBadge(const QColor &badge);
     // The same for any other coloured face, at 4.5 : 1.

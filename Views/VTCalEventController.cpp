@@ -162,12 +162,12 @@ void VTCalEventController::awakeFromNib()
 // The frames of the interface file at this width and font, before the content moves them.
 VTRowFrames VTCalEventController::loadedFrames() const
 {
-    constexpr double badgePadding = 6.0;
-    constexpr double badgeGap = 4.0;
-    constexpr double titleGap = 8.0;
     constexpr double narrowing = 40.0;
 
     const KLVMetrics metrics(personsFont());
+    const double badgePadding = metrics.length(6);
+    const double badgeGap = metrics.length(4);
+    const double titleGap = metrics.length(8);
     const VTRowFonts fonts(metrics);
     const double rowHeight = rowTemplate().height();
     VTRowFrames frames = rowTemplate().frames(rowWidth(), metrics);

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "VTRowWords.h"
 
+#include "KLVDatePicker.h"
 #include "KLVText.h"
 
 #include <QCoreApplication>
@@ -18,12 +19,6 @@ QString translated(const char *text)
     return QCoreApplication::translate("Vantle", text);
 }
 
-// The C locale is no person's: it would show seconds.
-bool isNobodysLocale(const QLocale &locale)
-{
-    return locale.language() == QLocale::C;
-}
-
 bool changesDirection(QChar character)
 {
     const char16_t code = character.unicode();
@@ -35,7 +30,7 @@ bool changesDirection(QChar character)
 
 QString VTRowWords::time(const QTime &time, const QLocale &locale)
 {
-    return isNobodysLocale(locale) ? time.toString(u"HH:mm"_s) : locale.toString(time, QLocale::ShortFormat);
+    return locale.toString(time, KLVTimePattern(locale));
 }
 
 QString VTRowWords::shortDay(const QDate &day, const QLocale &locale)

@@ -600,10 +600,6 @@
         <translation>Tage</translation>
     </message>
     <message>
-        <source>Events and to-dos</source>
-        <translation>Termine und Aufgaben</translation>
-    </message>
-    <message>
         <source>View</source>
         <translation>Ansicht</translation>
     </message>
@@ -952,10 +948,6 @@
         <translation>Zeile darunter auswählen</translation>
     </message>
     <message>
-        <source>Tick Selected To-Do</source>
-        <translation>Ausgewählte Aufgabe abhaken</translation>
-    </message>
-    <message>
         <source>Next Control</source>
         <translation>Nächstes Bedienelement</translation>
     </message>
@@ -994,10 +986,6 @@
     <message>
         <source>Keyboard Shortcuts</source>
         <translation>Tastenkürzel</translation>
-    </message>
-    <message>
-        <source>Events and To-Dos</source>
-        <translation>Termine und Aufgaben</translation>
     </message>
     <message>
         <source>Some calendars may be out of date: their service does not answer.</source>
@@ -1129,20 +1117,32 @@ Give the account&apos;s password in the program that manages your calendars.</so
 Geben Sie das Passwort des Kontos in dem Programm ein, das Ihre Kalender verwaltet.</translation>
     </message>
     <message>
-        <source>Show or hide Vantle</source>
-        <translation>Vantle zeigen oder verbergen</translation>
+        <source>Month</source>
+        <translation>Monat</translation>
     </message>
     <message>
-        <source>Show Vantle</source>
-        <translation>Vantle zeigen</translation>
+        <source>Previous Month</source>
+        <translation>Voriger Monat</translation>
     </message>
     <message>
-        <source>Preferences…</source>
-        <translation>Einstellungen …</translation>
+        <source>Next Month</source>
+        <translation>Nächster Monat</translation>
     </message>
     <message>
-        <source>Quit Vantle</source>
-        <translation>Vantle beenden</translation>
+        <source>empty</source>
+        <translation>leer</translation>
+    </message>
+    <message>
+        <source>Tick Selected To Do</source>
+        <translation>Ausgewählte Aufgabe abhaken</translation>
+    </message>
+    <message>
+        <source>Events and To Dos</source>
+        <translation>Termine und Aufgaben</translation>
+    </message>
+    <message>
+        <source>Events and to dos</source>
+        <translation>Termine und Aufgaben</translation>
     </message>
     <message>
         <source>It repeats by a pattern that cannot follow there, such as the last working day of a month.</source>

@@ -293,7 +293,7 @@ void VTSplitViewTest::assistiveTechnologyFindsNoNamelessPart()
     const SplitFixture fixture;
 
     QAccessibleInterface *const view = QAccessible::queryAccessibleInterface(fixture.view());
-    QCOMPARE(view->text(QAccessible::Name), u"Events and to-dos"_s);
+    QCOMPARE(view->text(QAccessible::Name), u"Events and to dos"_s);
     QVERIFY(view->childCount() >= 3);
     for (int i = 0; i < view->childCount(); ++i)
         QVERIFY2(

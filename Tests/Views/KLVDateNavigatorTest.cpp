@@ -19,6 +19,7 @@ private Q_SLOTS:
 
     void tagsAreTheDaysToGoBy();
     void outerSegmentsAreFixedAndTheMiddleTakesTheRest();
+    void labelNeverTouchesItsNeighbours();
     void clickSelectsTheSegment_data();
     void clickSelectsTheSegment();
     void clickDoesNotTakeTheFocus();
@@ -79,6 +80,21 @@ void KLVDateNavigatorTest::outerSegmentsAreFixedAndTheMiddleTakesTheRest()
     QTRY_COMPARE(segment("todayButton")->width(), middle + 100);
     QCOMPARE(segment("previousWeekButton")->width(), segment("nextDayButton")->width());
     QCOMPARE(segment("nextWeekButton")->geometry().right(), m_navigator->rect().right());
+}
+
+// In the smallest window the outer segments give way; wherever there is room they are 46 wide.
+void KLVDateNavigatorTest::labelNeverTouchesItsNeighbours()
+{
+    m_navigator->setLabel_forSegment(u"Wed 30 Nov"_s, 2);
+    const int text = segment("todayButton")->textWidth();
+
+    m_window->resize(280, 100);
+    QTRY_COMPARE(m_window->width(), 280);
+
+    QVERIFY(segment("todayButton")->width() >= text + 16);
+    QVERIFY(segment("nextDayButton")->width() < 46);
+    m_window->resize(400, 100);
+    QTRY_COMPARE(segment("nextDayButton")->width(), 46);
 }
 
 void KLVDateNavigatorTest::clickSelectsTheSegment_data()

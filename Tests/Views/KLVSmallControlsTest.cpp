@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+#include "PixelChecks.h"
 #include "TestRegistry.h"
 
 #include <CrispImage.h>
@@ -57,12 +58,6 @@ public:
     Q_INVOKABLE void insertNewline() { actions.append(u"insertNewline"_s); }
     Q_INVOKABLE void cancelOperation() { actions.append(u"cancelOperation"_s); }
 };
-
-bool isNear(const QColor &one, const QColor &other, int tolerance)
-{
-    return std::abs(one.red() - other.red()) <= tolerance && std::abs(one.green() - other.green()) <= tolerance
-        && std::abs(one.blue() - other.blue()) <= tolerance;
-}
 
 void addRatios()
 {

@@ -1,7 +1,10 @@
 // SPDX-License-Identifier: MIT
+#include "PixelChecks.h"
 #include "TestRegistry.h"
 
+#include <KLVDatePicker.h>
 #include <KLVStyle.h>
+#include <KLVTableView.h>
 #include <KLVTheme.h>
 
 #include <QApplication>
@@ -25,18 +28,22 @@ using namespace Qt::StringLiterals;
 namespace
 {
 
-bool isNear(const QColor &one, const QColor &other, int tolerance = 3)
-{
-    return std::abs(one.red() - other.red()) <= tolerance && std::abs(one.green() - other.green()) <= tolerance
-        && std::abs(one.blue() - other.blue()) <= tolerance;
-}
-
 QByteArray describe(const QColor &seen, const QColor &wanted)
 {
     return (seen.name() + u" instead of "_s + wanted.name()).toLatin1();
 }
 
 #define VERIFY_COLOR(seen, wanted) QVERIFY2(isNear(seen, wanted), describe(seen, wanted).constData())
+
+class TwoRows final : public KLVTableViewDataSource
+{
+public:
+    int numberOfRowsInTableView(KLVTableView * /*tableView*/) override { return 2; }
+    QVariant tableView_objectValueForTableColumn_row(KLVTableView * /*tableView*/, int column, int /*row*/) override
+    {
+        return column == KLVTableView::textColumn ? u"HHH"_s : QVariant();
+    }
+};
 
 void addSchemes()
 {
@@ -58,13 +65,18 @@ private Q_SLOTS:
     void buttonIsARoundedFaceWithALine();
     void defaultButtonIsAccented_data() { addSchemes(); }
     void defaultButtonIsAccented();
-    void defaultButtonIsThirtyHigh();
+    void everyButtonOfADialogIsThirtyHigh();
     void signButtonIsTwentyEightByTwentySix();
     void focusIsARingInTheAccentColour_data();
     void focusIsARingInTheAccentColour();
     void fieldsAreTwentyEightHigh();
     void fieldsGrowWithTheFont();
     void popUpHasItsArrowAtTheReadingEnd();
+    void pickerHasItsArrowWhereThePopUpsHaveIt();
+    void iconOfAPopUpStandsApartFromItsText();
+    void textsOfAllFieldsBeginAtOneEdge();
+    void rowsOfATableAlternate();
+    void textThatStandsForNothingFadesWithItsField();
     void tickedBoxIsFilledWithTheAccent_data() { addSchemes(); }
     void tickedBoxIsFilledWithTheAccent();
     void chosenRadioButtonHasADot();
@@ -78,6 +90,7 @@ private Q_SLOTS:
     void cancelStandsBeforeTheDefaultButton();
 
 private:
+    TwoRows m_rows;
     std::unique_ptr<QWidget> m_window;
 
     template <typename Widget, typename... Arguments> Widget *shown(Arguments &&...arguments)
@@ -147,12 +160,17 @@ void KLVStyleTest::defaultButtonIsAccented()
     VERIFY_COLOR(image.pixelColor(button->x() + 4, button->geometry().center().y()), theme.accent());
 }
 
-void KLVStyleTest::defaultButtonIsThirtyHigh()
+void KLVStyleTest::everyButtonOfADialogIsThirtyHigh()
 {
-    QPushButton button(u"Save"_s);
-    button.setDefault(true);
+    QDialog sheet;
+    QPushButton save(u"Save"_s, &sheet);
+    save.setDefault(true);
+    QPushButton cancel(u"Cancel"_s, &sheet);
+    cancel.setAutoDefault(false);
 
-    QCOMPARE(button.sizeHint().height(), 30);
+    QCOMPARE(save.sizeHint().height(), 30);
+    QCOMPARE(cancel.sizeHint().height(), 30);
+    QCOMPARE(QPushButton(u"All"_s).sizeHint().height(), 26);
 }
 
 void KLVStyleTest::signButtonIsTwentyEightByTwentySix()
@@ -225,6 +243,93 @@ void KLVStyleTest::popUpHasItsArrowAtTheReadingEnd()
     QVERIFY(!inked(13));
     popUp->setLayoutDirection(Qt::RightToLeft);
     QVERIFY(inked(13));
+}
+
+// A date keeps its figures from left to right where everything else is mirrored.
+void KLVStyleTest::pickerHasItsArrowWhereThePopUpsHaveIt()
+{
+    m_window->setLayoutDirection(Qt::RightToLeft);
+    auto *const picker = shown<KLVDatePicker>();
+    picker->offerMonth();
+    picker->resize(220, 28);
+    const QImage image = m_window->grab().toImage();
+    const QColor text = QApplication::palette().color(QPalette::ButtonText);
+
+    VERIFY_COLOR(image.pixelColor(picker->pos() + QPoint(13, 13)), text);
+    QCOMPARE(picker->findChild<QLineEdit *>()->geometry().left(), 26);
+}
+
+void KLVStyleTest::iconOfAPopUpStandsApartFromItsText()
+{
+    auto *const popUp = shown<QComboBox>();
+    QPixmap square(10, 10);
+    square.fill(Qt::red);
+    popUp->setIconSize(QSize(10, 10));
+    popUp->addItem(QIcon(square), u"Home"_s);
+    popUp->resize(160, 28);
+
+    for (const Qt::LayoutDirection direction : { Qt::LeftToRight, Qt::RightToLeft }) {
+        popUp->setLayoutDirection(direction);
+        const QImage image = m_window->grab(popUp->geometry()).toImage();
+        const auto at = [&](int x) { return image.pixelColor(direction == Qt::LeftToRight ? x : 159 - x, 14); };
+        VERIFY_COLOR(at(9), Qt::red);
+        VERIFY_COLOR(at(18), Qt::red);
+        for (int x = 20; x < 25; ++x)
+            VERIFY_COLOR(at(x), QApplication::palette().color(QPalette::Button));
+    }
+}
+
+void KLVStyleTest::textsOfAllFieldsBeginAtOneEdge()
+{
+    // The first column with ink, of a letter that begins with a stem.
+    const auto firstInk = [&](QWidget *field) {
+        field->resize(200, 60);
+        field->show();
+        const QImage image = m_window->grab(field->geometry()).toImage();
+        for (int x = 4; x < image.width(); ++x) {
+            for (int y = 4; y < image.height() - 4; ++y) {
+                if (image.pixelColor(x, y).lightness() < 120)
+                    return x;
+            }
+        }
+        return -1;
+    };
+    auto *const line = shown<QLineEdit>(u"HHH"_s);
+    line->resize(200, 28);
+    const int edge = firstInk(line);
+    line->hide();
+    auto *const notes = shown<QPlainTextEdit>(u"HHH"_s);
+    const int edgeOfNotes = firstInk(notes);
+    notes->hide();
+    auto *const table = shown<KLVTableView>();
+    table->setDataSource(&m_rows);
+    table->reloadData();
+
+    QVERIFY2(edge >= 9 && edge <= 12, qPrintable(QString::number(edge)));
+    QCOMPARE(edgeOfNotes, edge);
+    QCOMPARE(firstInk(table), edge);
+}
+
+void KLVStyleTest::rowsOfATableAlternate()
+{
+    auto *const table = shown<KLVTableView>();
+    table->setDataSource(&m_rows);
+    table->reloadData();
+    table->resize(200, 58);
+
+    const QImage image = m_window->grab(table->geometry()).toImage();
+
+    VERIFY_COLOR(image.pixelColor(100, 16), QApplication::palette().color(QPalette::Base));
+    VERIFY_COLOR(image.pixelColor(100, 42), QApplication::palette().color(QPalette::AlternateBase));
+}
+
+void KLVStyleTest::textThatStandsForNothingFadesWithItsField()
+{
+    for (const QPalette &palette : { KLVTheme::lightPalette(), KLVTheme::darkPalette() }) {
+        const QColor window = palette.color(QPalette::Window);
+        QVERIFY(KLVTheme::contrast(palette.color(QPalette::Disabled, QPalette::PlaceholderText), window)
+            < KLVTheme::contrast(palette.color(QPalette::Active, QPalette::PlaceholderText), window));
+    }
 }
 
 void KLVStyleTest::tickedBoxIsFilledWithTheAccent()

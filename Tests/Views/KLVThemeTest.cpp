@@ -18,6 +18,7 @@ private Q_SLOTS:
     void highContrastIsBlackAndWhite_data();
     void highContrastIsBlackAndWhite();
     void badgeTextIsWhiteOnlyWhereItCanBeRead();
+    void badgeKeepsItsColourButInHighContrast();
 };
 
 void KLVThemeTest::darknessIsTakenFromTheWindowColour()
@@ -111,6 +112,19 @@ void KLVThemeTest::badgeTextIsWhiteOnlyWhereItCanBeRead()
     QCOMPARE(KLVTheme::textOnBadge(QColor(0xd6, 0x45, 0x5d)), QColor(Qt::white));
     QCOMPARE(KLVTheme::textOnBadge(Qt::yellow), QColor(Qt::black));
     QCOMPARE(KLVTheme::textOnBadge(Qt::black), QColor(Qt::white));
+}
+
+void KLVThemeTest::badgeKeepsItsColourButInHighContrast()
+{
+    for (const char *name : { "#d6455d", "#2f7de1", "#ffe040", "#808080", "#000000" }) {
+        const QColor color { QLatin1String(name) };
+        QCOMPARE(KLVTheme(KLVTheme::lightPalette()).badge(color), color);
+        QCOMPARE(KLVTheme(KLVTheme::darkPalette()).badge(color), color);
+        for (const bool isDark : { false, true }) {
+            const QColor badge = KLVTheme(KLVTheme::highContrastPalette(isDark)).badge(color);
+            QVERIFY2(KLVTheme::contrast(KLVTheme::textOnBadge(badge), badge) >= 7.0, name);
+        }
+    }
 }
 
 VANTLE_TEST(KLVThemeTest)
