@@ -76,7 +76,9 @@ KLVCalendarsDrawer::KLVCalendarsDrawer(QWidget *parent)
     layout->addLayout(line({ new KLVHeading(QCoreApplication::translate("Vantle", "Calendars"), this) }));
     layout->addWidget(m_calendarsTable);
     layout->addLayout(line({ m_allButton, m_noneButton }));
-    layout->addLayout(line({ m_accountSettingsButton }));
+    QLayout *settingsLine = line({ m_accountSettingsButton });
+    settingsLine->setAlignment(m_accountSettingsButton, Qt::AlignLeft);
+    layout->addLayout(settingsLine);
     m_accountSettingsButton->hide();
     layout->addSpacing(pixels(groupGap - gap));
     layout->addLayout(line({ dateHeading }));

@@ -1,9 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "WholeApplication.h"
 
+#include <CalendarStoreBackend.h>
 #include <KLVSplitView.h>
 #include <LengthenedTexts.h>
 #include <ManualClock.h>
+#include <MemoryBackend.h>
 #include <VTMainWindow.h>
 #include <VTShortcutsWindow.h>
 
@@ -42,6 +44,7 @@ struct Scene {
     Qt::LayoutDirection direction = Qt::LeftToRight;
     bool hasLongTexts = false;
     QStringList silentServices = {};
+    bool hasAccounts = false; // one that asks for its password, and one whose server is not reached
 };
 
 // What the desktop would show by itself: the look is taken from it.
@@ -85,6 +88,19 @@ private:
     std::optional<LengthenedTexts> m_longTexts;
 };
 
+std::unique_ptr<CalendarStoreBackend> accounts()
+{
+    using Availability = CalCalendar::Availability;
+    const auto account = [](const QString &name, const QColor &color, Availability availability) {
+        return std::make_shared<CalCalendar>(
+            CalCalendar::Values { .uid = name, .title = name, .color = color, .availability = availability });
+    };
+    auto backend = std::make_unique<MemoryBackend>();
+    backend->addCalendar(account(u"Choir"_s, QColor(0xc0, 0x6a, 0x10), Availability::CredentialsRequired));
+    backend->addCalendar(account(u"Harbour association"_s, QColor(0x20, 0x90, 0x90), Availability::Offline));
+    return backend;
+}
+
 void arrange(VTMainWindow &window, Panes panes)
 {
     constexpr int all = 10000;
@@ -101,6 +117,8 @@ QPixmap picture(const Scene &scene)
     ManualClock clock(QDateTime(shownDay, QTime(10, 5)));
     WholeApplication application(
         scene.calendars, home.path(), clock, platformPalette(scene.look), scene.silentServices);
+    if (scene.hasAccounts)
+        application.store().addBackend(accounts());
     if (scene.hasDrawer)
         application.controller().setShowCalendarDrawer(true);
     application.window().resize(scene.size);
@@ -219,7 +237,6 @@ bool saveArrangements(const QDir &folder, const QString &full)
 {
     const QString review = u"Design review"_s;
     const QSize withDrawer(530, 600);
-    const QStringList silent { u"Personal"_s };
     return save(beside({ picture({ .calendars = full, .size = withDrawer, .hasDrawer = true }),
                     picture({ .calendars = full, .size = withDrawer, .look = Look::Dark, .hasDrawer = true }) }),
                folder, u"calendars-drawer"_s)
@@ -229,7 +246,15 @@ bool saveArrangements(const QDir &folder, const QString &full)
         && save(
             picture({ .calendars = full, .selectedTitle = review, .size = { 280, 240 } }), folder, u"smallest-window"_s)
         && save(picture({ .calendars = full, .selectedTitle = review, .size = { 600, 700 } }), folder, u"wide-window"_s)
-        && saveMenus(folder, full) && saveSilence(folder, full);
+        && saveMenus(folder, full) && saveSilence(folder, full)
+        && save(beside({ picture({ .calendars = full, .size = withDrawer, .hasDrawer = true, .hasAccounts = true }),
+                    picture({ .calendars = full,
+                        .size = withDrawer,
+                        .look = Look::Dark,
+                        .hasDrawer = true,
+                        .direction = Qt::RightToLeft,
+                        .hasAccounts = true }) }),
+            folder, u"account-states"_s);
 }
 
 // The same for people who read larger, with more contrast, from the right or in longer words.
