@@ -6,7 +6,8 @@
 // The menu of the status icon, with everything that the icon itself can do,
 // since some desktops pass no presses on: showing the window comes first.
 //
-// The parent makes it known to assistive technology; it need not be visible.
+// The parent is the window over which a compositor lets it open; it need not be
+// visible.
 //
 // Each action has its command's name as object name; what it does is connected by
 // VTAppController.

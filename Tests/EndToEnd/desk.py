@@ -25,6 +25,12 @@ def is_viewable(window):
     return "IsViewable" in answer
 
 
+def visible_windows(vantle):
+    """All of the program's, menus among them."""
+    return set(subprocess.run(["xdotool", "search", "--onlyvisible", "--pid", str(vantle.process.pid)],
+                              capture_output=True, text=True, check=False).stdout.split())
+
+
 def window_manager():
     check = run("xprop", "-root", "_NET_SUPPORTING_WM_CHECK")
     found = re.search(r"0x[0-9a-f]+", check)

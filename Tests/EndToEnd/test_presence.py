@@ -1,0 +1,132 @@
+#!/usr/bin/python3
+# SPDX-License-Identifier: MIT
+"""Where the program shows itself, how it hides, and how it comes to the front: with two window managers."""
+
+import subprocess
+import unittest
+
+from desk import OtherProgram, WindowManager, focused_window, is_viewable, property_of, window_manager, write_settings
+from driver import PROGRAM, Home, Vantle, eventually, run
+
+SKIPPED = ("_NET_WM_STATE_SKIP_TASKBAR", "_NET_WM_STATE_SKIP_PAGER")
+ALL_DESKTOPS = "4294967295"
+HOT_KEY, NEW_EVENT_KEY = "ctrl+alt+v", "ctrl+alt+e"
+
+
+class Presence:
+    """The tests themselves; each window manager runs them."""
+
+    def start(self, **settings):
+        self.home = Home(sample=False)
+        self.addCleanup(self.home.remove)
+        write_settings(self.home, **settings)
+        self.vantle = Vantle(self.home)
+        self.addCleanup(self.vantle.close)
+        self.window = int(self.vantle.window)
+
+    def other_program(self):
+        other = OtherProgram()
+        self.addCleanup(other.close)
+        return other
+
+    def states(self):
+        return property_of(self.window, "_NET_WM_STATE")
+
+    def gapplication(self, *words):
+        run("gapplication", *words)
+
+    def test_the_window_of_the_menu_bar_has_no_entry_and_is_on_all_desktops(self):
+        self.start(VTIconStatus=2)
+        for _ in range(2):
+            for state in SKIPPED:
+                eventually(lambda state=state: state in self.states(), what=state)
+            eventually(lambda: property_of(self.window, "_NET_WM_DESKTOP") == ALL_DESKTOPS, what="all desktops")
+            # Hidden and shown again, it is the same.
+            run("xdotool", "key", "--clearmodifiers", HOT_KEY)
+            eventually(lambda: not is_viewable(self.window), what="a hidden window")
+            run("xdotool", "key", "--clearmodifiers", HOT_KEY)
+            eventually(lambda: focused_window() == self.window, what="the window in front again")
+
+    def test_the_window_of_the_task_bar_has_an_entry(self):
+        self.start(VTIconStatus=1)
+        eventually(lambda: property_of(self.window, "_NET_WM_DESKTOP") == ALL_DESKTOPS, what="all desktops")
+        for state in SKIPPED:
+            self.assertNotIn(state, self.states())
+
+    def test_a_hot_key_brings_the_window_in_front_of_another_program(self):
+        self.start()
+        other = self.other_program()
+        self.assertNotEqual(focused_window(), self.window)
+
+        run("xdotool", "key", "--clearmodifiers", HOT_KEY)
+        eventually(lambda: focused_window() == self.window, what="our window in front")
+        eventually(self.vantle.top.has_active_state, what="the keyboard in our window")
+
+        run("xdotool", "key", "--clearmodifiers", HOT_KEY)
+        eventually(lambda: not is_viewable(self.window), what="a hidden window")
+        other.focus()
+        run("xdotool", "key", "--clearmodifiers", HOT_KEY)
+        eventually(lambda: is_viewable(self.window) and focused_window() == self.window, what="our window back")
+
+    def test_it_hides_while_another_program_is_in_front(self):
+        self.start(VTHidesWhenInactive="true")
+        eventually(lambda: focused_window() == self.window, what="our window in front")
+
+        self.other_program()
+        eventually(lambda: not is_viewable(self.window), what="a hidden window")
+
+        run("xdotool", "key", "--clearmodifiers", HOT_KEY)
+        eventually(lambda: is_viewable(self.window) and focused_window() == self.window, what="our window back")
+
+    def test_a_further_start_raises_the_window_and_ends(self):
+        self.start()
+        self.other_program()
+        run("xdotool", "windowminimize", "--sync", self.window)
+
+        done = subprocess.run([str(PROGRAM)], capture_output=True, text=True, timeout=20, check=False)
+
+        self.assertEqual((done.returncode, done.stdout + done.stderr), (0, ""))
+        eventually(lambda: is_viewable(self.window) and focused_window() == self.window, what="our window in front")
+
+    def test_actions_of_the_launcher_work(self):
+        self.start()
+        self.other_program()
+
+        self.gapplication("action", "org.vantle.Vantle", "today")
+        eventually(lambda: focused_window() == self.window, what="our window in front")
+
+        self.gapplication("action", "org.vantle.Vantle", "toggle")
+        eventually(lambda: not is_viewable(self.window), what="a hidden window")
+        self.gapplication("launch", "org.vantle.Vantle")
+        eventually(lambda: focused_window() == self.window, what="our window back")
+
+        self.gapplication("action", "org.vantle.Vantle", "preferences")
+        eventually(lambda: self.vantle.open_sheet("Preferences"), what="the preferences")
+        self.vantle.press("Escape")
+        self.vantle.wait_until_closed("Preferences")
+
+        self.gapplication("action", "org.vantle.Vantle", "new-event")
+        eventually(lambda: self.vantle.open_sheet("Event"), what="the sheet of a new event")
+        self.vantle.press("Escape")
+        self.vantle.wait_until_closed("Event")
+        self.gapplication("action", "org.vantle.Vantle", "new-todo")
+        eventually(lambda: self.vantle.open_sheet("To do"), what="the sheet of a new to-do")
+
+
+class WithOpenbox(Presence, unittest.TestCase):
+    def test_the_window_manager_is_openbox(self):
+        self.assertIn("openbox", window_manager())
+
+
+class WithXfwm4(Presence, unittest.TestCase):
+    @classmethod
+    def setUpClass(cls):
+        cls.manager = WindowManager("xfwm4", "--replace", "--compositor=off")
+
+    @classmethod
+    def tearDownClass(cls):
+        cls.manager.close()
+
+
+if __name__ == "__main__":
+    unittest.main(verbosity=2)
