@@ -1156,5 +1156,41 @@ Geben Sie das Passwort des Kontos in dem Programm ein, das Ihre Kalender verwalt
         <source>It is in both calendars now: it could not be taken out of “%1”.</source>
         <translation>Es steht jetzt in beiden Kalendern: Aus „%1“ konnte es nicht entfernt werden.</translation>
     </message>
+    <message>
+        <source>Desktop</source>
+        <translation>Desktop</translation>
+    </message>
+    <message>
+        <source>The calendar service cannot store it like this.</source>
+        <translation>Der Kalenderdienst kann es so nicht speichern.</translation>
+    </message>
+    <message>
+        <source>The calendar service does not answer. Whether it was done is not known.</source>
+        <translation>Der Kalenderdienst antwortet nicht. Ob es noch geschah, ist nicht bekannt.</translation>
+    </message>
+    <message>
+        <source>The calendar service does not answer.</source>
+        <translation>Der Kalenderdienst antwortet nicht.</translation>
+    </message>
+    <message>
+        <source>The calendar service is not there at the moment.</source>
+        <translation>Der Kalenderdienst ist gerade nicht da.</translation>
+    </message>
+    <message>
+        <source>Show or hide Vantle</source>
+        <translation>Vantle zeigen oder verbergen</translation>
+    </message>
+    <message>
+        <source>Show Vantle</source>
+        <translation>Vantle zeigen</translation>
+    </message>
+    <message>
+        <source>Preferences…</source>
+        <translation>Einstellungen …</translation>
+    </message>
+    <message>
+        <source>Quit Vantle</source>
+        <translation>Vantle beenden</translation>
+    </message>
 </context>
 </TS>

@@ -42,6 +42,8 @@ ItemSet::ItemSet(QString name, const QByteArray &text, ICalendar::ZoneRegistry &
     , m_version(versionOf(text))
     , m_document(ICalendar::readDocument(text, zones))
 {
+    // Thousands of sets are kept, most of them of one item: what a list holds ready for more would be half of it all.
+    m_document.items.squeeze();
     nameTheNameless();
     makeGroups();
 }
@@ -65,6 +67,9 @@ void ItemSet::nameTheNameless()
 {
     int nameless = 0;
     for (Item &each : m_document.items) {
+        // One text for both, where the set is named after its items.
+        if (each.uid == m_name)
+            each.uid = m_name;
         if (!each.uid.isEmpty())
             continue;
         ++nameless;

@@ -1,0 +1,44 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "GLibTypes.h"
+
+#include <QByteArray>
+#include <QByteArrayList>
+#include <QList>
+
+namespace Service
+{
+
+// One event or to-do of the service, as text.
+struct ComponentText {
+    QByteArray text; // from BEGIN to END
+    // Names the occurrence that an override stands for, in the service's form; empty for others.
+    QByteArray recurrenceId;
+
+    bool operator==(const ComponentText &) const = default;
+};
+
+QByteArray textOf(ICalComponent *component);
+ComponentText componentText(ICalComponent *component);
+// Whether other components of the same uid may stand beside it.
+bool isOfSeries(ICalComponent *component);
+// The names of the time zones that a component is written in, each once.
+QByteArrayList zonesOf(const QByteArray &text);
+
+// What the service keeps under one uid, as one text that can be read and patched: the same for the same
+// components, in whichever order they come. `zones` are whole VTIMEZONEs.
+QByteArray calendarText(QList<ComponentText> components, const QByteArrayList &zones);
+
+// Such a text taken apart again, perhaps after it was patched.
+struct CalendarParts {
+    explicit CalendarParts(const QByteArray &text);
+
+    QByteArrayList zones;
+    QList<ComponentText> components;
+
+    // Null for a text that the library does not understand.
+    static Owned<ICalComponent> parsed(const QByteArray &text);
+};
+
+} // namespace Service

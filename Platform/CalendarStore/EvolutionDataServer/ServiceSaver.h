@@ -1,0 +1,108 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "StoredObjects.h"
+
+#include <CalDeparture.h>
+#include <CalEvent.h>
+#include <CalRemoval.h>
+#include <CalTask.h>
+#include <Clock.h>
+#include <SaveJournal.h>
+#include <StoredText.h>
+
+#include <functional>
+#include <memory>
+#include <optional>
+
+namespace Service
+{
+
+// Writes what was changed in a record, makes new items, moves and removes them: what
+// the service holds by now is fetched, must be as it was read, takes over the changes
+// and goes back. The service itself knows no conflicts.
+//
+// The event sheet's two steps are one change: the second is made on the item as it
+// was before the first, which a journal keeps until then.
+class ServiceSaver final
+{
+public:
+    // The source that holds items of that kind for a calendar; null when there is none.
+    using FindSource = std::function<SourceClient *(const QString &calendar, CalItemKind kind)>;
+    using FindByUid = std::function<SourceClient *(const QString &source, CalItemKind kind)>;
+
+    ServiceSaver(FindSource sourceOf, FindByUid sourceNamed, ICalendar::ZoneRegistry &zones, const Clock &clock);
+
+    Result<void, StoreError> save(CalTask &task);
+    Result<void, StoreError> save(CalEvent &event, CalSpan span);
+    Result<std::unique_ptr<CalRemoval>, StoreError> remove(const CalTask &task);
+    Result<std::unique_ptr<CalRemoval>, StoreError> remove(const CalEvent &event, CalSpan span);
+
+    // Takes back first steps in that source whose process ended before the second.
+    void mendLeftOvers(SourceClient &source);
+
+    // For moves from one back end into another, as CalendarStoreBackend has them.
+    using Sent = Result<std::unique_ptr<CalDeparture>, StoreError>;
+    Sent send(CalTask &task);
+    Sent send(CalEvent &event, CalSpan span);
+    Result<void, StoreError> takeIn(CalTask &task, const QByteArray &text);
+    Result<void, StoreError> takeIn(CalEvent &event, const QByteArray &text);
+
+private:
+    class Restoration;
+    class Departure;
+
+    struct Stored : Items::StoredText {
+        SourceClient *source = nullptr;
+        QString uid;
+    };
+    // What the last save of one occurrence did.
+    struct FirstStep {
+        FolderStore::JournaledSave save;
+        CalItemOrigin originBefore;
+        QByteArray versionAfter;
+        QString source;
+        QString uid;
+        bool isJournaled = false;
+    };
+
+    Result<SourceClient *, StoreError> writable(const CalCalendarItem &record, const CalCalendarPtr &calendar) const;
+    Result<Stored, StoreError> find(SourceClient &source, const CalCalendarItem &record) const;
+    Result<Items::ItemSetPtr, StoreError> write(SourceClient &source, const QString &uid, const QByteArray &before,
+        const QByteArray &after, const CalCalendarItem &record) const;
+
+    template <typename Record> Result<void, StoreError> create(Record &record);
+    template <typename Record, typename Text>
+    Result<void, StoreError> change(Record &record, const CalCalendarPtr &target, Text text);
+    template <typename Record>
+    Result<void, StoreError> move(Record &record, const Stored &stored, const QByteArray &text, SourceClient &target);
+    Result<QByteArray, StoreError> changedText(
+        const Items::StoredText &stored, const CalEvent &event, CalSpan span) const;
+    Result<std::unique_ptr<CalRemoval>, StoreError> remove(const CalCalendarItemPtr &record, CalSpan span);
+
+    template <typename Record> Result<void, StoreError> takeInRecord(Record &record, const QByteArray &text);
+    Result<void, StoreError> stepBeforeSending(CalEvent &event);
+
+    Result<void, StoreError> saveOnce(CalEvent &event, CalSpan span);
+    static bool isFirstStepOfSheet(const CalEvent &event);
+    static bool isOneOfSeries(const CalEvent &event);
+    bool isContinued(const CalEvent &event) const;
+    Result<void, StoreError> begin(CalEvent &event);
+    Result<void, StoreError> beginNew(CalEvent &event);
+    Result<void, StoreError> take(CalEvent &event, FirstStep step, SourceClient &source);
+    Result<void, StoreError> proceed(CalEvent &event, CalSpan span);
+    Result<QByteArray, StoreError> textOfBoth(const Stored &stored, const CalEvent &event, CalSpan span) const;
+    void takeBack(CalEvent &event);
+    bool takeBack(const FolderStore::JournaledSave &save, SourceClient &source, const QString &uid);
+    void forget();
+
+    FindSource m_sourceOf;
+    FindByUid m_sourceNamed;
+    ICalendar::ZoneRegistry &m_zones;
+    const Clock &m_clock;
+    FolderStore::FileCalls m_calls;
+    FolderStore::SaveJournal m_journal { m_calls };
+    std::optional<FirstStep> m_first;
+};
+
+} // namespace Service

@@ -1,0 +1,507 @@
+// SPDX-License-Identifier: MIT
+#include "SourceClient.h"
+
+#include <QPointer>
+
+#include <algorithm>
+#include <array>
+
+namespace Service
+{
+
+using Author = CalBackendChange::Author;
+
+namespace
+{
+
+// A calendar of 50,000 events comes in a few seconds.
+constexpr std::chrono::seconds patienceWithAnAttempt { 20 };
+constexpr std::chrono::milliseconds shortestPause { 100 };
+constexpr std::chrono::milliseconds longestPause { 4000 };
+// An account that was just opened connects in a second or two.
+constexpr std::chrono::seconds graceOfConnecting { 5 };
+constexpr int mostFetchesAtOnce = 16;
+constexpr std::chrono::milliseconds pauseAfterFailedFetch { 500 };
+// The library waits for nobody when it is told so.
+constexpr auto noWaitForConnection = static_cast<guint32>(-1);
+
+// Before the names of zones that the library brings with it.
+constexpr const char *prefixOfBuiltInZones = "/freeassociation.sourceforge.net/";
+
+// Everything, whatever the service's index by time knows.
+constexpr const char *allItems = "#t";
+
+// An attempt to open a source: what one thread of the library needs and brings back.
+struct Opening {
+    QPointer<SourceClient> asker;
+    quint64 attempt = 0;
+    Owned<ESource> source;
+    bool holdsEvents = false;
+    Owned<ECalClient> client;
+    Owned<ECalClientView> view;
+};
+
+void deleteOpening(gpointer opening)
+{
+    delete static_cast<Opening *>(opening);
+}
+
+// On a thread of the library, which may wait.
+void openOnThread(GTask *task, gpointer /*source*/, gpointer data, GCancellable *cancellable)
+{
+    auto *const opening = static_cast<Opening *>(data);
+    GError *error = nullptr;
+    const auto kind = opening->holdsEvents ? E_CAL_CLIENT_SOURCE_TYPE_EVENTS : E_CAL_CLIENT_SOURCE_TYPE_TASKS;
+    opening->client.reset(reinterpret_cast<ECalClient *>(
+        e_cal_client_connect_sync(opening->source.get(), kind, noWaitForConnection, cancellable, &error)));
+    ECalClientView *view = nullptr;
+    if (opening->client && e_cal_client_get_view_sync(opening->client.get(), allItems, &view, cancellable, &error)) {
+        opening->view.reset(view);
+        g_task_return_boolean(task, TRUE);
+        return;
+    }
+    g_task_return_error(task, error);
+}
+
+void startOnThread(GTask *task, gpointer /*source*/, gpointer view, GCancellable * /*cancellable*/)
+{
+    GError *error = nullptr;
+    e_cal_client_view_start(static_cast<ECalClientView *>(view), &error);
+    if (error)
+        g_task_return_error(task, error);
+    else
+        g_task_return_boolean(task, TRUE);
+}
+
+QString uidOf(ICalComponent *component)
+{
+    return QString::fromUtf8(i_cal_component_get_uid(component));
+}
+
+} // namespace
+
+// One question for the components of a uid.
+class SourceClient::Fetch final
+{
+public:
+    QPointer<SourceClient> asker;
+    quint64 attempt = 0;
+    QString uid;
+    quint64 ownWrites = 0;
+    Owned<ECalClient> client;
+};
+
+SourceClient::SourceClient(
+    const SourceDescription &description, Owned<ESource> source, ICalendar::ZoneRegistry &zones, QObject *parent)
+    : QObject(parent)
+    , m_description(description)
+    , m_source(std::move(source))
+    , m_zones(zones)
+{
+    m_patience.setSingleShot(true);
+    connect(&m_patience, &QTimer::timeout, this, &SourceClient::openLater);
+    m_again.setSingleShot(true);
+    connect(&m_again, &QTimer::timeout, this, &SourceClient::open);
+    m_grace.setSingleShot(true);
+    connect(&m_grace, &QTimer::timeout, this, &SourceClient::readState);
+    m_nextFetch.setSingleShot(true);
+    connect(&m_nextFetch, &QTimer::timeout, this, &SourceClient::fetchSuspects);
+    g_signal_connect_swapped(m_source.get(), "notify::connection-status",
+        G_CALLBACK(+[](SourceClient *client) { client->readState(); }), this);
+}
+
+SourceClient::~SourceClient()
+{
+    g_signal_handlers_disconnect_by_data(m_source.get(), this);
+    close();
+}
+
+void SourceClient::open()
+{
+    close();
+    m_cancellable.reset(g_cancellable_new());
+    m_patience.start(patienceWithAnAttempt);
+
+    auto *const opening = new Opening;
+    opening->asker = this;
+    opening->attempt = m_attempt;
+    opening->source = referenced(m_source.get());
+    opening->holdsEvents = m_description.holdsEvents;
+    const Owned<GTask> task(g_task_new(
+        nullptr, m_cancellable.get(),
+        [](GObject * /*nothing*/, GAsyncResult *answer, gpointer /*data*/) {
+            const auto *const opened = static_cast<Opening *>(g_task_get_task_data(G_TASK(answer)));
+            if (opened->asker && opened->asker->m_attempt == opened->attempt)
+                opened->asker->takeClient(answer);
+        },
+        nullptr));
+    g_task_set_task_data(task.get(), opening, deleteOpening);
+    g_task_run_in_thread(task.get(), openOnThread);
+}
+
+void SourceClient::takeClient(GAsyncResult *answer)
+{
+    Failure failure;
+    if (!g_task_propagate_boolean(G_TASK(answer), failure)) {
+        openLater();
+        return;
+    }
+    auto *const opening = static_cast<Opening *>(g_task_get_task_data(G_TASK(answer)));
+    m_client = std::move(opening->client);
+    m_view = std::move(opening->view);
+    m_busName = QString::fromUtf8(takenText(e_client_dup_bus_name(E_CLIENT(m_client.get()))));
+    listen();
+    startView();
+}
+
+void SourceClient::listen()
+{
+    g_signal_connect_swapped(
+        m_client.get(), "backend-died", G_CALLBACK(+[](SourceClient *client) { client->openLater(); }), this);
+    for (const char *const property : { "notify::readonly", "notify::online" }) {
+        g_signal_connect_swapped(
+            m_client.get(), property, G_CALLBACK(+[](SourceClient *client) { client->readState(); }), this);
+    }
+    for (const char *const name : { "objects-added", "objects-modified" }) {
+        g_signal_connect_swapped(m_view.get(), name,
+            G_CALLBACK(+[](SourceClient *client, const GSList *components) { client->added(components); }), this);
+    }
+    g_signal_connect_swapped(m_view.get(), "objects-removed",
+        G_CALLBACK(+[](SourceClient *client, const GSList *ids) { client->removed(ids); }), this);
+    g_signal_connect_swapped(
+        m_view.get(), "complete", G_CALLBACK(+[](SourceClient *client) { client->viewIsComplete(); }), this);
+}
+
+// The call to start it waits for its answer, so it is made on a thread of the library, too.
+void SourceClient::startView()
+{
+    m_seen.clear();
+    m_series.clear();
+    const Owned<GTask> task(g_task_new(
+        m_view.get(), m_cancellable.get(),
+        [](GObject * /*view*/, GAsyncResult *answer, gpointer asker) {
+            const std::unique_ptr<QPointer<SourceClient>> client(static_cast<QPointer<SourceClient> *>(asker));
+            Failure failure;
+            const bool isStarted = g_task_propagate_boolean(G_TASK(answer), failure);
+            const bool isMeant = *client && (*client)->m_view.get() == g_task_get_source_object(G_TASK(answer));
+            if (!isStarted && isMeant)
+                (*client)->openLater();
+        },
+        new QPointer<SourceClient>(this)));
+    g_task_set_task_data(task.get(), g_object_ref(m_view.get()), g_object_unref);
+    g_task_run_in_thread(task.get(), startOnThread);
+}
+
+void SourceClient::close()
+{
+    ++m_attempt;
+    m_patience.stop();
+    m_again.stop();
+    m_nextFetch.stop();
+    m_isOpen = false;
+    m_isUnanswering = false;
+    m_fetching = 0;
+    m_busName.clear();
+    if (m_cancellable)
+        g_cancellable_cancel(m_cancellable.get());
+    if (m_view)
+        g_signal_handlers_disconnect_by_data(m_view.get(), this);
+    if (m_client)
+        g_signal_handlers_disconnect_by_data(m_client.get(), this);
+    m_view.reset();
+    m_client.reset();
+    m_series.clear();
+    m_toldZones.clear();
+}
+
+// A client that has lost its service is of no use any more; the next one starts the service again.
+void SourceClient::openLater()
+{
+    close();
+    const auto pause = std::min(longestPause, shortestPause * (1 << std::min(m_failures, 6)));
+    ++m_failures;
+    m_again.start(pause);
+    // Whoever waits for all that there is has waited long enough.
+    m_isComplete = m_isComplete || m_failures > 2;
+    tellState();
+}
+
+void SourceClient::added(const GSList *components)
+{
+    for (const GSList *node = components; node; node = node->next) {
+        auto *const component = static_cast<ICalComponent *>(node->data);
+        const QString uid = uidOf(component);
+        const bool wasOfSeries = m_sets.contains(uid) && m_sets.value(uid)->document().items.size() > 1;
+        if (!m_isOpen && !m_ownWrites.contains(uid)) {
+            m_seen.insert(uid);
+            if (isOfSeries(component))
+                m_series[uid] << componentText(component);
+            else
+                take(uid, textFor({ componentText(component) }), Author::Others);
+        } else if (!m_isOpen || isOfSeries(component) || wasOfSeries || m_ownWrites.contains(uid)) {
+            m_seen.insert(uid);
+            suspect(uid);
+        } else {
+            take(uid, textFor({ componentText(component) }), Author::Others);
+        }
+    }
+}
+
+void SourceClient::removed(const GSList *ids)
+{
+    for (const GSList *node = ids; node; node = node->next) {
+        auto *const id = static_cast<ECalComponentId *>(node->data);
+        const QString uid = QString::fromUtf8(e_cal_component_id_get_uid(id));
+        const Items::ItemSetPtr known = m_sets.value(uid);
+        const bool isOneOfMany = known && known->document().items.size() > 1;
+        m_seen.remove(uid);
+        m_series.remove(uid);
+        if (isOneOfMany || m_ownWrites.contains(uid) || e_cal_component_id_get_rid(id))
+            suspect(uid);
+        else
+            drop(uid, Author::Others);
+    }
+}
+
+void SourceClient::viewIsComplete()
+{
+    if (m_isOpen)
+        return;
+    m_patience.stop();
+    m_failures = 0;
+    m_isOpen = true;
+    for (auto series = m_series.cbegin(); series != m_series.cend(); ++series) {
+        if (m_ownWrites.contains(series.key()))
+            suspect(series.key());
+        else
+            take(series.key(), textFor(series.value()), Author::Others);
+    }
+    m_series = {};
+    const QStringList known = m_sets.keys();
+    for (const QString &uid : known) {
+        if (!m_seen.contains(uid))
+            drop(uid, Author::Others);
+    }
+    m_seen = {};
+    m_isComplete = true;
+    readState();
+    tellState();
+    if (!m_suspects.isEmpty())
+        m_nextFetch.start(0);
+}
+
+QByteArray SourceClient::textFor(const QList<ComponentText> &components) const
+{
+    QByteArrayList zones;
+    for (const ComponentText &each : components) {
+        for (const QByteArray &name : zonesOf(each.text)) {
+            const QByteArray zone = m_zoneTexts.value(name);
+            if (!zone.isEmpty() && !zones.contains(zone))
+                zones << zone;
+        }
+    }
+    std::ranges::sort(zones);
+    return calendarText(components, zones);
+}
+
+void SourceClient::take(const QString &uid, const QByteArray &text, Author author)
+{
+    learnZones(uid, text);
+    auto set = std::make_shared<const Items::ItemSet>(uid, text, m_zones);
+    const Items::ItemSetPtr known = m_sets.value(uid);
+    if (known && known->version() == set->version())
+        return;
+    if (known)
+        m_index.remove(*known);
+    m_index.add(*set);
+    m_sets.insert(uid, std::move(set));
+    Q_EMIT itemsChanged(author);
+}
+
+void SourceClient::drop(const QString &uid, Author author)
+{
+    const Items::ItemSetPtr known = m_sets.take(uid);
+    if (!known)
+        return;
+    m_index.remove(*known);
+    Q_EMIT itemsChanged(author);
+}
+
+Items::ItemSetPtr SourceClient::takeOwn(const QString &uid, const QList<ComponentText> &components)
+{
+    ++m_ownWrites[uid];
+    if (!m_isOpen)
+        m_seen.insert(uid);
+    if (components.isEmpty())
+        drop(uid, Author::Ourselves);
+    else
+        take(uid, textFor(components), Author::Ourselves);
+    return m_sets.value(uid);
+}
+
+void SourceClient::suspect(const QString &uid)
+{
+    m_suspects.insert(uid);
+    if (m_isOpen && !m_nextFetch.isActive())
+        m_nextFetch.start(0);
+}
+
+void SourceClient::fetchSuspects()
+{
+    while (m_isOpen && m_fetching < mostFetchesAtOnce && !m_suspects.isEmpty()) {
+        auto *const fetch = new Fetch;
+        fetch->asker = this;
+        fetch->attempt = m_attempt;
+        fetch->uid = *m_suspects.cbegin();
+        fetch->ownWrites = m_ownWrites.value(fetch->uid);
+        fetch->client = referenced(m_client.get());
+        m_suspects.remove(fetch->uid);
+        ++m_fetching;
+        e_cal_client_get_objects_for_uid(
+            m_client.get(), fetch->uid.toUtf8().constData(), m_cancellable.get(),
+            [](GObject * /*client*/, GAsyncResult *answer, gpointer data) {
+                const std::unique_ptr<Fetch> done(static_cast<Fetch *>(data));
+                if (done->asker && done->asker->m_attempt == done->attempt)
+                    done->asker->takeFetched(*done, answer);
+            },
+            fetch);
+    }
+}
+
+void SourceClient::takeFetched(const Fetch &fetch, GAsyncResult *answer)
+{
+    --m_fetching;
+    GSList *found = nullptr;
+    Failure failure;
+    const bool isFound = e_cal_client_get_objects_for_uid_finish(m_client.get(), answer, &found, failure);
+    QList<ComponentText> components;
+    for (const GSList *node = found; node; node = node->next)
+        components << componentText(e_cal_component_get_icalcomponent(E_CAL_COMPONENT(node->data)));
+    g_slist_free_full(found, g_object_unref);
+
+    auto pause = std::chrono::milliseconds::zero();
+    if (fetch.ownWrites != m_ownWrites.value(fetch.uid)) {
+        // What came may be older than what was written here meanwhile.
+        m_suspects.insert(fetch.uid);
+    } else if (isFound && !components.isEmpty()) {
+        take(fetch.uid, textFor(components), Author::Others);
+    } else if (isFound || failure.is(E_CAL_CLIENT_ERROR, E_CAL_CLIENT_ERROR_OBJECT_NOT_FOUND)) {
+        drop(fetch.uid, Author::Others);
+    } else {
+        m_suspects.insert(fetch.uid);
+        pause = pauseAfterFailedFetch;
+    }
+    if (!m_suspects.isEmpty() && !m_nextFetch.isActive())
+        m_nextFetch.start(pause);
+}
+
+// A zone that the service holds for the calendar wins over the system's of the same name.
+void SourceClient::learnZones(const QString &uid, const QByteArray &text)
+{
+    for (const QByteArray &name : zonesOf(text)) {
+        if (m_zoneTexts.contains(name) || !m_client)
+            continue;
+        const bool isAsked = m_zoneUsers.contains(name);
+        m_zoneUsers[name].insert(uid);
+        if (isAsked)
+            continue;
+        struct Question {
+            QPointer<SourceClient> asker;
+            quint64 attempt;
+            QByteArray name;
+        };
+        e_cal_client_get_timezone(
+            m_client.get(), name.constData(), m_cancellable.get(),
+            [](GObject * /*client*/, GAsyncResult *answer, gpointer data) {
+                const std::unique_ptr<Question> question(static_cast<Question *>(data));
+                if (!question->asker)
+                    return;
+                if (question->asker->m_attempt == question->attempt)
+                    question->asker->takeZone(question->name, answer);
+                else
+                    question->asker->m_zoneUsers.remove(question->name);
+            },
+            new Question { this, m_attempt, name });
+    }
+}
+
+void SourceClient::takeZone(const QByteArray &name, GAsyncResult *answer)
+{
+    ICalTimezone *zone = nullptr;
+    Failure failure;
+    e_cal_client_get_timezone_finish(m_client.get(), answer, &zone, failure);
+    QByteArray text;
+    // For zones of the system the service answers with one of another name.
+    if (zone && name == i_cal_timezone_get_tzid(zone) && !name.startsWith(prefixOfBuiltInZones)) {
+        if (const Owned<ICalComponent> definition { i_cal_timezone_get_component(zone) })
+            text = textOf(definition.get());
+    }
+    m_zoneTexts.insert(name, text);
+    const QSet<QString> users = m_zoneUsers.take(name);
+    if (text.isEmpty())
+        return;
+    for (const QString &uid : users)
+        suspect(uid);
+}
+
+void SourceClient::refresh()
+{
+    if (!m_isOpen || !e_client_check_refresh_supported(E_CLIENT(m_client.get())))
+        return;
+    e_client_refresh(
+        E_CLIENT(m_client.get()), m_cancellable.get(),
+        [](GObject *client, GAsyncResult *answer, gpointer /*nothing*/) {
+            // What cannot be reached is told by the state of the source.
+            e_client_refresh_finish(E_CLIENT(client), answer, nullptr);
+        },
+        nullptr);
+}
+
+void SourceClient::setUnanswering(bool isUnanswering)
+{
+    if (m_isUnanswering == isUnanswering)
+        return;
+    m_isUnanswering = isUnanswering;
+    tellState();
+}
+
+void SourceClient::readState()
+{
+    using Availability = CalCalendar::Availability;
+
+    const bool isReadOnly = m_client ? e_client_is_readonly(E_CLIENT(m_client.get())) : m_isReadOnly;
+    Availability availability = Availability::Available;
+    if (m_description.isRemote) {
+        switch (e_source_get_connection_status(m_source.get())) {
+        case E_SOURCE_CONNECTION_STATUS_AWAITING_CREDENTIALS:
+        case E_SOURCE_CONNECTION_STATUS_SSL_FAILED:
+            availability = Availability::CredentialsRequired;
+            break;
+        case E_SOURCE_CONNECTION_STATUS_DISCONNECTED:
+            // Not at once: so is every account before it is connected for the first time.
+            if (sender() == &m_grace || m_availability == Availability::Offline)
+                availability = Availability::Offline;
+            else
+                m_grace.start(graceOfConnecting);
+            break;
+        case E_SOURCE_CONNECTION_STATUS_CONNECTING:
+            availability = m_availability;
+            break;
+        case E_SOURCE_CONNECTION_STATUS_CONNECTED:
+            m_grace.stop();
+            break;
+        }
+    }
+    if (isReadOnly == m_isReadOnly && availability == m_availability)
+        return;
+    m_isReadOnly = isReadOnly;
+    m_availability = availability;
+    tellState();
+}
+
+void SourceClient::tellState()
+{
+    Q_EMIT stateChanged();
+}
+
+} // namespace Service

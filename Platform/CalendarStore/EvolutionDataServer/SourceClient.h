@@ -1,0 +1,144 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "ComponentTexts.h"
+#include "GLibTypes.h"
+#include "SourceDescription.h"
+
+#include <CalendarStoreBackend.h>
+#include <ItemIndex.h>
+#include <ZoneRegistry.h>
+
+#include <QElapsedTimer>
+#include <QHash>
+#include <QObject>
+#include <QSet>
+#include <QTimer>
+
+#include <chrono>
+
+namespace Service
+{
+
+// One source of the service, opened, and what is known of its items.
+//
+// Opens without waiting, and opens again by itself whenever the service has gone.
+// A live view brings every item and every later change; what is kept of them are
+// compact values, no objects of the library. While the source cannot be reached,
+// what was known last stays.
+//
+// Components of a series come one by one and in any order, so whatever belongs to
+// a series is asked for anew by its uid. Whether something has changed is decided
+// by its text: the echo of a change of our own is silent.
+class SourceClient final : public QObject
+{
+    Q_OBJECT
+
+public:
+    SourceClient(const SourceDescription &description, Owned<ESource> source, ICalendar::ZoneRegistry &zones,
+        QObject *parent = nullptr);
+    ~SourceClient() override;
+
+    void open();
+
+    const SourceDescription &description() const { return m_description; }
+    void setDescription(const SourceDescription &description) { m_description = description; }
+
+    // Null while the source is not open.
+    ECalClient *client() const { return m_isOpen ? m_client.get() : nullptr; }
+    // Who answers for it on the bus; empty while nobody does.
+    QString busName() const { return m_busName; }
+    // Whether all of its items have come once, or it was tried in vain to have them.
+    bool isComplete() const { return m_isComplete; }
+    // As long as it has never been open, it counts as one that can not be changed.
+    bool isReadOnly() const { return m_isReadOnly; }
+    CalCalendar::Availability availability() const { return m_availability; }
+
+    // Whether the service does not answer for it.
+    bool isSilent() const { return !m_isOpen || m_isUnanswering; }
+    void setUnanswering(bool isUnanswering);
+
+    const Items::ItemIndex &items() const { return m_index; }
+    Items::ItemSetPtr set(const QString &uid) const { return m_sets.value(uid); }
+
+    // What one uid holds, as a text that can be read and patched.
+    QByteArray textFor(const QList<ComponentText> &components) const;
+    // Takes in what was just written: at once, whatever comes later of what was before. No components: it is gone.
+    Items::ItemSetPtr takeOwn(const QString &uid, const QList<ComponentText> &components);
+    // Has the item looked at again, for it turned out to be another one than was known.
+    void suspect(const QString &uid);
+    // Whether a zone of that name was made known to the service by us.
+    bool isZoneTold(const QByteArray &zone) const { return m_toldZones.contains(zone); }
+    void zoneIsTold(const QByteArray &zone) { m_toldZones.insert(zone); }
+
+    // Has the server looked at.
+    void refresh();
+
+Q_SIGNALS:
+    void itemsChanged(CalBackendChange::Author author);
+    // What describes it, or whether it answers.
+    void stateChanged();
+
+private:
+    class Fetch;
+
+    // Opening.
+    void takeClient(GAsyncResult *answer);
+    void listen();
+    void startView();
+    void close();
+    void openLater();
+
+    // What the view tells.
+    void added(const GSList *components);
+    void removed(const GSList *ids);
+    void viewIsComplete();
+
+    // Items.
+    void take(const QString &uid, const QByteArray &text, CalBackendChange::Author author);
+    void drop(const QString &uid, CalBackendChange::Author author);
+    void fetchSuspects();
+    void takeFetched(const Fetch &fetch, GAsyncResult *answer);
+
+    // Zones.
+    void learnZones(const QString &uid, const QByteArray &text);
+    void takeZone(const QByteArray &name, GAsyncResult *answer);
+
+    void readState();
+    void tellState();
+
+    SourceDescription m_description;
+    Owned<ESource> m_source;
+    ICalendar::ZoneRegistry &m_zones;
+
+    Owned<GCancellable> m_cancellable; // of whatever is under way
+    Owned<ECalClient> m_client;
+    Owned<ECalClientView> m_view;
+    QString m_busName;
+    quint64 m_attempt = 0; // answers of earlier ones are dropped
+    int m_failures = 0; // since it was open last
+    QTimer m_patience; // with one attempt
+    QTimer m_again;
+    QTimer m_grace; // until a source that is not connected counts as offline
+    bool m_isOpen = false; // all items have come since it was opened
+    bool m_isComplete = false;
+    bool m_isUnanswering = false;
+    bool m_isReadOnly = true;
+    CalCalendar::Availability m_availability = CalCalendar::Availability::Available;
+
+    QHash<QString, Items::ItemSetPtr> m_sets; // by uid
+    Items::ItemIndex m_index;
+    QSet<QString> m_seen; // uids that came since the view was started
+    QHash<QString, QList<ComponentText>> m_series; // that came so far, until the view is complete
+
+    QSet<QString> m_suspects;
+    int m_fetching = 0;
+    QTimer m_nextFetch;
+    QHash<QString, quint64> m_ownWrites; // how often each uid was written here
+
+    QHash<QByteArray, QByteArray> m_zoneTexts; // by name; empty for those that the system knows
+    QHash<QByteArray, QSet<QString>> m_zoneUsers; // uids, while a zone is asked for
+    QSet<QByteArray> m_toldZones;
+};
+
+} // namespace Service

@@ -1,0 +1,214 @@
+// SPDX-License-Identifier: MIT
+#include "StoredObjects.h"
+
+#include "Deadline.h"
+
+#include <QCoreApplication>
+
+#include <algorithm>
+
+namespace Service
+{
+
+namespace
+{
+
+using Kind = ServiceFault::Kind;
+
+// Guests are the business of who invites them.
+constexpr auto quietly = E_CAL_OPERATION_FLAG_DISABLE_ITIP_MESSAGE;
+
+ServiceFault noAnswer()
+{
+    return { Kind::NoAnswer,
+        QCoreApplication::translate(
+            "Vantle", "The calendar service does not answer. Whether it was done is not known.") };
+}
+
+ServiceFault hangs()
+{
+    return { Kind::NoAnswer, QCoreApplication::translate("Vantle", "The calendar service does not answer.") };
+}
+
+ServiceFault lost()
+{
+    return { Kind::Lost, QCoreApplication::translate("Vantle", "The calendar service is not there at the moment.") };
+}
+
+ServiceFault faultOf(const Failure &failure, const Deadline &deadline)
+{
+    if (deadline.hasPassed())
+        return noAnswer();
+    if (failure.is(E_CAL_CLIENT_ERROR, E_CAL_CLIENT_ERROR_OBJECT_NOT_FOUND))
+        return { Kind::NotFound, failure.reason() };
+    if (failure.is(E_CAL_CLIENT_ERROR, E_CAL_CLIENT_ERROR_OBJECT_ID_ALREADY_EXISTS))
+        return { Kind::Taken, failure.reason() };
+    if (failure.is(E_CAL_CLIENT_ERROR, E_CAL_CLIENT_ERROR_INVALID_OBJECT))
+        return { Kind::Refused, failure.reason() };
+    if (failure.is(E_CLIENT_ERROR, E_CLIENT_ERROR_PERMISSION_DENIED))
+        return { Kind::ReadOnly, failure.reason() };
+    const bool isGone = failure.is(G_IO_ERROR, G_IO_ERROR_FAILED) || failure.is(G_DBUS_ERROR, G_DBUS_ERROR_NO_REPLY)
+        || failure.is(G_DBUS_ERROR, G_DBUS_ERROR_SERVICE_UNKNOWN)
+        || failure.is(G_DBUS_ERROR, G_DBUS_ERROR_NAME_HAS_NO_OWNER);
+    if (isGone)
+        return lost();
+    return { Kind::Failed, failure.reason() };
+}
+
+const ComponentText *counterpart(const CalendarParts &parts, const ComponentText &component)
+{
+    const auto found = std::ranges::find(parts.components, component.recurrenceId, &ComponentText::recurrenceId);
+    return found == parts.components.end() ? nullptr : &*found;
+}
+
+// The series before its overrides.
+QList<ComponentText> inOrder(QList<ComponentText> components)
+{
+    std::ranges::stable_sort(components, {}, [](const ComponentText &each) { return !each.recurrenceId.isEmpty(); });
+    return components;
+}
+
+} // namespace
+
+StoredObjects::StoredObjects(SourceClient &source)
+    : m_source(source)
+{
+}
+
+Result<void, ServiceFault> StoredObjects::ask() const
+{
+    if (!m_source.client())
+        return lost();
+    const Deadline deadline(limitOfQuestion);
+    const Owned<GDBusConnection> bus(g_bus_get_sync(G_BUS_TYPE_SESSION, deadline.cancellable(), nullptr));
+    if (!bus)
+        return lost();
+    Failure failure;
+    GVariant *const answer = g_dbus_connection_call_sync(bus.get(), m_source.busName().toUtf8().constData(), "/",
+        "org.freedesktop.DBus.Peer", "Ping", nullptr, nullptr, G_DBUS_CALL_FLAGS_NO_AUTO_START, -1,
+        deadline.cancellable(), failure);
+    if (answer) {
+        g_variant_unref(answer);
+        return {};
+    }
+    if (deadline.hasPassed()) {
+        m_source.setUnanswering(true);
+        return hangs();
+    }
+    return lost();
+}
+
+Result<QList<ComponentText>, ServiceFault> StoredObjects::read(const QString &uid) const
+{
+    if (const auto asked = ask(); !asked)
+        return asked.error();
+    const Deadline deadline(limitOfReading);
+    GSList *found = nullptr;
+    Failure failure;
+    if (!e_cal_client_get_objects_for_uid_sync(
+            m_source.client(), uid.toUtf8().constData(), &found, deadline.cancellable(), failure))
+        return faultOf(failure, deadline);
+    QList<ComponentText> components;
+    for (const GSList *node = found; node; node = node->next)
+        components << componentText(e_cal_component_get_icalcomponent(E_CAL_COMPONENT(node->data)));
+    g_slist_free_full(found, g_object_unref);
+    if (components.isEmpty())
+        return ServiceFault { Kind::NotFound, {} };
+    return components;
+}
+
+Result<QList<ComponentText>, ServiceFault> StoredObjects::write(
+    const QString &uid, const QByteArray &before, const QByteArray &after) const
+{
+    if (const auto asked = ask(); !asked)
+        return asked.error();
+    const CalendarParts old(before);
+    const CalendarParts wanted(after);
+    if (const auto changed = change(uid, old, wanted); !changed) {
+        const ServiceFault fault = changed.error();
+        if (fault.kind == Kind::NoAnswer)
+            m_source.setUnanswering(true);
+        if (wanted.components.size() + old.components.size() > 2 && fault.kind != Kind::Lost
+            && fault.kind != Kind::NoAnswer) {
+            // Some of it may be written: as it was before, as far as the service takes it.
+            if (const auto present = read(uid)) {
+                const CalendarParts half(m_source.textFor(present.value()));
+                if (const auto restored = change(uid, half, old); !restored)
+                    m_source.suspect(uid);
+            }
+        }
+        return fault;
+    }
+    if (wanted.components.isEmpty())
+        return QList<ComponentText>();
+    auto written = read(uid);
+    // It is done, whatever became of the service afterwards.
+    return written ? written.value() : wanted.components;
+}
+
+Result<void, ServiceFault> StoredObjects::change(
+    const QString &uid, const CalendarParts &before, const CalendarParts &after) const
+{
+    ECalClient *const client = m_source.client();
+    if (!client)
+        return lost();
+    const Deadline deadline(limitOfWriting);
+    Failure failure;
+    const QByteArray name = uid.toUtf8();
+    if (after.components.isEmpty()) {
+        if (e_cal_client_remove_object_sync(
+                client, name.constData(), nullptr, E_CAL_OBJ_MOD_ALL, quietly, deadline.cancellable(), failure))
+            return {};
+        return faultOf(failure, deadline);
+    }
+    if (const auto told = tellZones(after, deadline.cancellable()); !told)
+        return told;
+
+    for (const ComponentText &each : before.components) {
+        if (counterpart(after, each))
+            continue;
+        // Without a trace in the series: whether it leaves a gap is said by the series itself.
+        if (!e_cal_client_remove_object_sync(client, name.constData(), each.recurrenceId.constData(),
+                E_CAL_OBJ_MOD_ONLY_THIS, quietly, deadline.cancellable(), failure))
+            return faultOf(failure, deadline);
+    }
+    bool isThere = !before.components.isEmpty();
+    for (const ComponentText &each : inOrder(after.components)) {
+        const ComponentText *const known = counterpart(before, each);
+        if (known && known->text == each.text)
+            continue;
+        const Owned<ICalComponent> component = CalendarParts::parsed(each.text);
+        if (!component)
+            return ServiceFault { Kind::Refused, {} };
+        const auto span = each.recurrenceId.isEmpty() ? E_CAL_OBJ_MOD_ALL : E_CAL_OBJ_MOD_THIS;
+        const bool isDone = isThere
+            ? e_cal_client_modify_object_sync(client, component.get(), span, quietly, deadline.cancellable(), failure)
+            : e_cal_client_create_object_sync(
+                client, component.get(), quietly, nullptr, deadline.cancellable(), failure);
+        if (!isDone)
+            return faultOf(failure, deadline);
+        isThere = true;
+    }
+    return {};
+}
+
+// Other programs find the zones of an item with the service.
+Result<void, ServiceFault> StoredObjects::tellZones(const CalendarParts &parts, GCancellable *cancellable) const
+{
+    for (const QByteArray &text : parts.zones) {
+        if (m_source.isZoneTold(text))
+            continue;
+        const Owned<ICalComponent> definition = CalendarParts::parsed(text);
+        const Owned<ICalTimezone> zone(i_cal_timezone_new());
+        if (!definition || !i_cal_timezone_set_component(zone.get(), definition.get()))
+            continue;
+        Failure failure;
+        if (!e_cal_client_add_timezone_sync(m_source.client(), zone.get(), cancellable, failure)
+            && g_cancellable_is_cancelled(cancellable))
+            return noAnswer();
+        m_source.zoneIsTold(text);
+    }
+    return {};
+}
+
+} // namespace Service
