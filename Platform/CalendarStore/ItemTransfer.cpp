@@ -68,7 +68,7 @@ struct TaskCalls {
 template <typename Record, typename Calls>
 Outcome moved(Record &item, CalDeparture &departure, const Entry &source, const Entry &target, const Calls &calls)
 {
-    if (const Outcome arrived = calls.takeIn(*target.backend, item, departure.text()); !arrived)
+    if (Outcome arrived = calls.takeIn(*target.backend, item, departure.text()); !arrived)
         return arrived;
     const Outcome left = departure.leave();
     if (left)

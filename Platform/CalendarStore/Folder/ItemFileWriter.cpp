@@ -74,15 +74,17 @@ private:
     // after it, or to write into the old file, which it had open. What is not there any more was not saved.
     Outcome lookAgain()
     {
-        if (temporaryContent() != m_expected) {
+        const auto old = temporaryContent();
+        const auto present = old ? content() : std::nullopt;
+        if (old == m_expected && present == m_replacement)
+            return {};
+        const int reason = errno;
+        const bool isOverwritten = old == m_expected && (present || reason == ENOENT);
+        if (!isOverwritten) {
             takeBack();
             calls().flush(folder());
-            return changed();
         }
-        const auto present = content();
-        if (!present)
-            return faultOf(errno);
-        return *present == m_replacement ? Outcome() : Outcome(changed());
+        return old && (present || old != m_expected) ? Outcome(changed()) : Outcome(faultOf(reason));
     }
 
     // Where the file system cannot exchange: a change between the two calls would be lost.
