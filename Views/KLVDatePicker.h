@@ -8,9 +8,15 @@
 // typed is taken over first, so that Return acts on the date that is shown;
 // Escape forgets it.
 //
+// The parts of a date are walked through by Left, Right, Home, End and Tab, and
+// each is typed over: a click selects the part under it. The weekday follows from
+// the others and is passed by. A date can also be typed as it is written: a blank
+// or point after a part that is complete is not taken for one more part.
+//
 // As a date's value, what the control does not show (seconds, a fraction, the time
 // of an all-day event, which of two equal hours it is) stays as it was given, as
-// long as the shown part is not changed.
+// long as the shown part is not changed. A time that is changed is one of whole
+// minutes.
 class KLVDatePicker final : public QDateTimeEdit
 {
     Q_OBJECT
@@ -34,19 +40,31 @@ public:
     // Whether the Return that is being handed on took over what had been typed.
     bool returnTookOverAnEdit() const { return m_returnTookOverAnEdit; }
 
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
 Q_SIGNALS:
     // The keyboard went elsewhere; what had been typed is taken over.
     void focusLeft();
 
 protected:
     void keyPressEvent(QKeyEvent *event) override;
+    bool focusNextPrevChild(bool next) override;
+    void focusInEvent(QFocusEvent *event) override;
     void focusOutEvent(QFocusEvent *event) override;
     // Only the picker with the focus is turned by the wheel: passing over it changes nothing.
     void wheelEvent(QWheelEvent *event) override;
 
 private:
+    void showPattern(const QString &date);
+    bool canTypeAnotherYear();
     void discardEdit();
+    int weekdaySection() const;
+    // The weekday's neighbour in the direction of the step, when it is the weekday's.
+    void selectSection(int index, int step = 1);
+    bool walkThroughSections(const QKeyEvent &event);
+    void typeIntoSection(QKeyEvent *event);
 
+    bool m_hasTypedInSection = false;
     bool m_hasPendingEdit = false;
     bool m_returnTookOverAnEdit = false;
     bool m_showsTime = true;
@@ -54,7 +72,6 @@ private:
     QDateTime m_shown; // what the control made of it
 };
 
-// How a picker writes a date in a locale, in the letters of QLocale::toString().
-QString KLVDatePattern(const QLocale &locale);
-// The same for a time. The C locale is no person's: it would show seconds.
+// How a picker writes a time in a locale, in the letters of QLocale::toString(). The C locale is no person's: it would
+// show seconds.
 QString KLVTimePattern(const QLocale &locale);

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "KLVPopUpButton.h"
 
+#include "KLVPopUpButtonAccessibility.h"
+
 #include <QKeyEvent>
 #include <QStandardItemModel>
 #include <QWheelEvent>
@@ -8,8 +10,11 @@
 KLVPopUpButton::KLVPopUpButton(QWidget *parent)
     : QComboBox(parent)
 {
+    KLVPopUpButtonAccessibility::install();
     setFocusPolicy(Qt::StrongFocus);
     setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
+    connect(
+        this, &QComboBox::currentIndexChanged, this, [this] { KLVPopUpButtonAccessibility::currentDidChange(*this); });
 }
 
 void KLVPopUpButton::setItemDisabled(int index, const QString &reason)
@@ -19,6 +24,19 @@ void KLVPopUpButton::setItemDisabled(int index, const QString &reason)
     item->setEnabled(false);
     item->setToolTip(reason.toHtmlEscaped());
     item->setAccessibleDescription(reason);
+}
+
+bool KLVPopUpButton::isItemEnabled(int index) const
+{
+    return model()->index(index, modelColumn()).flags().testFlag(Qt::ItemIsEnabled);
+}
+
+void KLVPopUpButton::choose(int index)
+{
+    hidePopup();
+    setCurrentIndex(index);
+    Q_EMIT activated(index);
+    Q_EMIT textActivated(itemText(index));
 }
 
 void KLVPopUpButton::keyPressEvent(QKeyEvent *event)

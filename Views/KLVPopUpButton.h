@@ -14,6 +14,10 @@ public:
 
     // An entry that can be seen and not chosen, with the reason why.
     void setItemDisabled(int index, const QString &reason);
+    bool isItemEnabled(int index) const;
+
+    // As when the person picks the entry, which must be enabled.
+    void choose(int index);
 
 protected:
     void keyPressEvent(QKeyEvent *event) override;

@@ -3,6 +3,7 @@
 
 #include "KLVMetrics.h"
 #include "KLVSign.h"
+#include "KLVTableViewAccessibility.h"
 
 #include <QAbstractTableModel>
 #include <QApplication>
@@ -104,6 +105,7 @@ KLVTableView::KLVTableView(QWidget *parent)
     : QTableView(parent)
     , m_model(std::make_unique<Model>(*this))
 {
+    KLVTableViewAccessibility::install();
     setModel(m_model.get());
     setItemDelegate(new RowDelegate(this));
     setSelectionBehavior(QAbstractItemView::SelectRows);
@@ -143,12 +145,13 @@ void KLVTableView::reloadData()
     m_model->reload();
     const int rows = m_model->rowCount({});
     for (int row = 0; row < rows; ++row) {
-        if (m_model->index(row, textColumn).data().isValid())
+        if (!textOfRow(row).isNull())
             addButton(row);
     }
     if (selected >= 0 && selected < rows)
         selectRow(selected);
     updateGeometry();
+    KLVTableViewAccessibility::rowsDidChange(*this);
 }
 
 void KLVTableView::addButton(int row)
@@ -162,7 +165,7 @@ void KLVTableView::addButton(int row)
     button->setIcon(signIcon(KLVSign::Gear, palette().color(QPalette::Text), metrics.length(1), devicePixelRatioF()));
     button->setToolTip(m_buttonTitle.toHtmlEscaped());
     button->setAccessibleName(m_buttonTitle);
-    button->setAccessibleDescription(m_model->index(row, textColumn).data().toString());
+    button->setAccessibleDescription(textOfRow(row));
     connect(button, &QToolButton::clicked, this, [this, row] { press(row); });
     setIndexWidget(m_model->index(row, buttonColumn), button);
 }
@@ -179,10 +182,23 @@ void KLVTableView::deselectAll()
     setCurrentIndex({});
 }
 
+QString KLVTableView::textOfRow(int row) const
+{
+    const QVariant text = m_model->index(row, textColumn).data();
+    if (!text.isValid())
+        return {};
+    return text.toString().isNull() ? u""_s : text.toString();
+}
+
+QWidget *KLVTableView::buttonOfRow(int row) const
+{
+    return indexWidget(m_model->index(row, buttonColumn));
+}
+
 void KLVTableView::press(int row)
 {
     // An empty row has nothing to act on.
-    if (!m_model->index(row, textColumn).data().isValid())
+    if (textOfRow(row).isNull())
         return;
     selectRow(row);
     Q_EMIT buttonPressed(row);
@@ -224,4 +240,17 @@ void KLVTableView::changeEvent(QEvent *event)
     // The drawings on the buttons have the text's colour.
     if (event->type() == QEvent::PaletteChange && m_model)
         reloadData();
+}
+
+// What the table itself would tell of its selection and of its current cell are cells by number; here are
+// rows instead.
+void KLVTableView::selectionChanged(const QItemSelection &selected, const QItemSelection &deselected)
+{
+    QAbstractItemView::selectionChanged(selected, deselected);
+    KLVTableViewAccessibility::selectionDidChange(*this);
+}
+
+void KLVTableView::currentChanged(const QModelIndex &current, const QModelIndex &previous)
+{
+    QAbstractItemView::currentChanged(current, previous);
 }

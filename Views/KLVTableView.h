@@ -48,6 +48,10 @@ public:
     int selectedRow() const; // -1 for none
     void deselectAll();
 
+    // Null for a row that is empty or not there.
+    QString textOfRow(int row) const;
+    QWidget *buttonOfRow(int row) const;
+
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override;
 
@@ -59,6 +63,8 @@ Q_SIGNALS:
 protected:
     void keyPressEvent(QKeyEvent *event) override;
     void changeEvent(QEvent *event) override;
+    void selectionChanged(const QItemSelection &selected, const QItemSelection &deselected) override;
+    void currentChanged(const QModelIndex &current, const QModelIndex &previous) override;
 
 private:
     class Model;

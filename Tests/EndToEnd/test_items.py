@@ -110,9 +110,7 @@ class Items(unittest.TestCase):
 
         self.vantle.press("ctrl+e")
         sheet = self.vantle.sheet("Event")
-        table = sheet.find("table", "Alarms")
-        x, y, _, _ = table.rectangle
-        self.vantle.click(table, position=(x + 40, y + 12))
+        self.vantle.click(next(sheet.find("list", "Alarms").children()))
         self.vantle.press("space")
         self.vantle.sheet("Alarm")
         self.vantle.type("25")
