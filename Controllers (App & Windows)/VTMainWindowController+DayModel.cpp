@@ -79,11 +79,16 @@ void VTMainWindowController::saveDefaults()
 void VTMainWindowController::observeValueForKeyPath_ofObject_change_context(
     const QString &keyPath, KeyValueObject * /*object*/, const KeyValueChange & /*change*/, void * /*context*/)
 {
+    const bool wasShown = selectedCalItem() != nullptr;
     refresh([&] {
         if (keyPath != taskSortMethodKey)
             updateCalItems();
         updateControls();
         sortTasks();
+        // The selected item came into sight or went out of it: the lists are to show no other selection
+        // than the one that commands act on.
+        if ((selectedCalItem() != nullptr) != wasShown)
+            setSelectedCalItemUID(m_selectedCalItemUID);
     });
 }
 

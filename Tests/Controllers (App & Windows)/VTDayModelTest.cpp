@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "MainWindowFixture.h"
 
+#include <KLVAccordionView.h>
 #include <TestRegistry.h>
 
 #include <QTest>
@@ -39,6 +40,7 @@ private Q_SLOTS:
     void storeNotificationKeepsTheSelection();
     void selectionOfADeletedItemResolvesToNothing();
     void deletedItemThatComesBackIsSelectedAgain();
+    void rowIsSelectedAgainWhenItsDayIsShownAgain();
     void selectionIsLookedUpByBothListsAfterAStoreChange();
     void eachOfTheSixNotificationsFetches_data();
     void eachOfTheSixNotificationsFetches();
@@ -147,6 +149,23 @@ void VTDayModelTest::deletedItemThatComesBackIsSelectedAgain()
     controller.setDateToNow();
 
     QCOMPARE(controller.selectedCalItem(), controller.events().first());
+}
+
+void VTDayModelTest::rowIsSelectedAgainWhenItsDayIsShownAgain()
+{
+    MainWindowFixture fixture;
+    fixture.addEvent("one");
+    VTMainWindowController &controller = fixture.wakeWithWindow();
+    QCOMPARE(controller.eventsAccordion()->selectedObjects().size(), 1);
+
+    controller.setDate(localInstant("2026-11-21T10:00"));
+    QVERIFY(controller.eventsAccordion()->selectedObjects().isEmpty());
+    controller.calStoreDidChange();
+    controller.setDate(localInstant("2026-11-20T10:00"));
+
+    // Delete would delete it, so it is to be seen.
+    QCOMPARE(controller.selectedCalItem()->uid(), u"one"_s);
+    QVERIFY(controller.eventsAccordion()->accordionViewItems().first()->isSelected());
 }
 
 void VTDayModelTest::selectionIsLookedUpByBothListsAfterAStoreChange()
