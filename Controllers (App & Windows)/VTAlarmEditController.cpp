@@ -14,6 +14,7 @@
 #include <QButtonGroup>
 #include <QFontMetrics>
 #include <QRegularExpression>
+#include <QSignalBlocker>
 
 #include <algorithm>
 #include <array>
@@ -69,12 +70,14 @@ QButtonGroup *radioGroup(std::initializer_list<QAbstractButton *> buttons, QObje
     return group;
 }
 
-// Shows which one of a group is on, or none of them.
+// Shows which one of a group is on, or none of them. That is no choice of the person's.
 void check(const QButtonGroup &group, QAbstractButton *button)
 {
     const auto buttons = group.buttons();
-    for (QAbstractButton *each : buttons)
+    for (QAbstractButton *each : buttons) {
+        const QSignalBlocker blocker(each);
         each->setChecked(each == button);
+    }
 }
 
 } // namespace
@@ -167,14 +170,15 @@ void VTAlarmEditController::connectControls()
     m_triggers = radioGroup({ m_ui->relativeRadio, m_ui->absoluteRadio }, m_window);
     m_actions = radioGroup({ m_ui->messageRadio, m_ui->emailRadio, m_ui->fileRadio }, m_window);
 
-    connect(m_ui->relativeRadio, &QRadioButton::clicked, this, [this] { setIsAbsolute(false); });
-    connect(m_ui->absoluteRadio, &QRadioButton::clicked, this, [this] { setIsAbsolute(true); });
-    connect(m_ui->messageRadio, &QRadioButton::clicked, this,
+    // Assistive technology toggles without a click.
+    connect(m_ui->relativeRadio, &QRadioButton::toggled, this, [this] { setIsAbsolute(false); });
+    connect(m_ui->absoluteRadio, &QRadioButton::toggled, this, [this] { setIsAbsolute(true); });
+    connect(m_ui->messageRadio, &QRadioButton::toggled, this,
         [this](bool isOn) { setVTActionIsMessage(*m_proxyAlarm, isOn); });
     connect(
-        m_ui->emailRadio, &QRadioButton::clicked, this, [this](bool isOn) { setVTActionIsEmail(*m_proxyAlarm, isOn); });
+        m_ui->emailRadio, &QRadioButton::toggled, this, [this](bool isOn) { setVTActionIsEmail(*m_proxyAlarm, isOn); });
     connect(
-        m_ui->fileRadio, &QRadioButton::clicked, this, [this](bool isOn) { setVTActionIsFile(*m_proxyAlarm, isOn); });
+        m_ui->fileRadio, &QRadioButton::toggled, this, [this](bool isOn) { setVTActionIsFile(*m_proxyAlarm, isOn); });
     connect(m_actionSound, &QComboBox::activated, this, &VTAlarmEditController::soundWasChosen);
     connect(m_actionFilePath, &QPushButton::clicked, this, [this] { showSelectFilePathDialog(); });
     connect(m_ui->cancelButton, &QPushButton::clicked, this, [this] { cancelAlarmEditSheet(); });

@@ -7,11 +7,14 @@
 #include <CalCalendar+VTHelper.h>
 #include <CalCalendarStore.h>
 #include <DesktopAlerts.h>
+#include <KLVBarButton.h>
 #include <KLVMetrics.h>
 #include <QUrl+VTHelper.h>
 
 #include <QApplication>
+#include <QLabel>
 #include <QPlainTextEdit>
+#include <QPushButton>
 #include <QSignalBlocker>
 
 using namespace Qt::StringLiterals;
@@ -19,7 +22,9 @@ using namespace Qt::StringLiterals;
 namespace
 {
 
-constexpr double dotSize = 10; // points
+// All in points.
+constexpr double dotSize = 10;
+constexpr double notesHeight = 56;
 
 QString reasonNotToHold(CalItemKind kind)
 {
@@ -61,31 +66,44 @@ void VTCalItemEditController::needWindow()
     awakeFromNib();
 }
 
-void VTCalItemEditController::setUpCommonControls(
-    QPlainTextEdit &notes, QAbstractButton &addAlarm, QAbstractButton &removeAlarm)
+void VTCalItemEditController::setUpCommonControls(const VTCommonControls &controls)
 {
-    m_notesView = &notes;
-    m_removeAlarmButton = &removeAlarm;
-    VTSheetForm::setUpTitleField(*m_titleField);
-    VTSheetForm::setName(*m_titleField, QCoreApplication::translate("Vantle", "Title"));
-    VTSheetForm::setName(*m_calendarsPopUp, QCoreApplication::translate("Vantle", "Calendar"));
-    VTSheetForm::setName(*m_urlField, QCoreApplication::translate("Vantle", "Link"));
-    VTSheetForm::setName(notes, QCoreApplication::translate("Vantle", "Notes"));
-    VTSheetForm::setName(*m_alarmsTable, QCoreApplication::translate("Vantle", "Alarms"));
-    m_alarmsTable->setButtonTitle(QCoreApplication::translate("Vantle", "Edit Alarm"));
-    VTSheetForm::setName(addAlarm, QCoreApplication::translate("Vantle", "Add Alarm"));
-    addAlarm.setToolTip(addAlarm.accessibleName());
-    VTSheetForm::setName(removeAlarm, QCoreApplication::translate("Vantle", "Remove Alarm"));
-    removeAlarm.setToolTip(removeAlarm.accessibleName());
+    setTitleField(&controls.titleField);
+    setCalendarsPopUp(&controls.calendarsPopUp);
+    setAlarmsTable(&controls.alarmsTable);
+    setUrlField(&controls.urlField);
+    m_notesView = &controls.notesView;
+    m_removeAlarmButton = &controls.removeAlarmButton;
+    VTSheetForm::setUpCaption(controls.titleCaption, QCoreApplication::translate("Vantle", "Title"));
+    VTSheetForm::setUpCaption(controls.calendarCaption, QCoreApplication::translate("Vantle", "Calendar"));
+    VTSheetForm::setUpCaption(controls.urlCaption, QCoreApplication::translate("Vantle", "Link"));
+    VTSheetForm::setUpCaption(controls.notesCaption, QCoreApplication::translate("Vantle", "Notes"));
+    VTSheetForm::setUpCaption(controls.alarmsCaption, QCoreApplication::translate("Vantle", "Alarms"));
+    VTSheetForm::setUpTitleField(controls.titleField);
+    VTSheetForm::setName(controls.titleField, controls.titleCaption.text());
+    VTSheetForm::setName(controls.calendarsPopUp, controls.calendarCaption.text());
+    VTSheetForm::setName(controls.urlField, controls.urlCaption.text());
+    VTSheetForm::setName(controls.notesView, controls.notesCaption.text());
+    controls.notesView.setFixedHeight(qRound(KLVMetrics(QApplication::font()).length(notesHeight)));
+    VTSheetForm::setName(controls.alarmsTable, controls.alarmsCaption.text());
+    controls.alarmsTable.setButtonTitle(QCoreApplication::translate("Vantle", "Edit Alarm"));
+    controls.addAlarmButton.setSign(KLVSign::Plus);
+    VTSheetForm::setName(controls.addAlarmButton, QCoreApplication::translate("Vantle", "Add Alarm"));
+    controls.addAlarmButton.setToolTip(controls.addAlarmButton.accessibleName());
+    controls.removeAlarmButton.setSign(KLVSign::Minus);
+    VTSheetForm::setName(controls.removeAlarmButton, QCoreApplication::translate("Vantle", "Remove Alarm"));
+    controls.removeAlarmButton.setToolTip(controls.removeAlarmButton.accessibleName());
+    controls.cancelButton.setText(QCoreApplication::translate("Vantle", "Cancel"));
+    controls.saveButton.setText(QCoreApplication::translate("Vantle", "Save"));
 
     // Assistive technology sets texts too, which is no edit to the field.
     connect(m_titleField, &QLineEdit::textChanged, this,
         [this](const QString &text) { m_proxyCalItem->setTitle(VTSheetForm::presentText(text)); });
-    connect(&notes, &QPlainTextEdit::textChanged, this,
+    connect(m_notesView, &QPlainTextEdit::textChanged, this,
         [this] { m_proxyCalItem->setNotes(VTSheetForm::presentText(m_notesView->toPlainText())); });
     connect(m_calendarsPopUp, &QComboBox::activated, this, &VTCalItemEditController::calendarWasChosen);
-    connect(&addAlarm, &QAbstractButton::clicked, this, [this] { showAlarmEditSheetWithNewAlarm(); });
-    connect(&removeAlarm, &QAbstractButton::clicked, this, [this] { removeSelectedAlarm(); });
+    connect(&controls.addAlarmButton, &QAbstractButton::clicked, this, [this] { showAlarmEditSheetWithNewAlarm(); });
+    connect(m_removeAlarmButton, &QAbstractButton::clicked, this, [this] { removeSelectedAlarm(); });
 }
 
 void VTCalItemEditController::awakeFromNib()
@@ -103,6 +121,22 @@ void VTCalItemEditController::awakeFromNib()
         &VTCalItemEditController::updateRemoveButton);
 }
 
+void VTCalItemEditController::fillSheet(const CalCalendarItemPtr &item, const CalCalendarItemPtr &copy)
+{
+    needWindow();
+    setOriginalCalItem(item);
+    setProxyCalItem(copy);
+    fillTexts();
+    fillOwnControls();
+    fillUrlAndCalendar();
+}
+
+void VTCalItemEditController::endSheet()
+{
+    if (m_window)
+        m_window->endSheet();
+}
+
 void VTCalItemEditController::fillTexts()
 {
     const QSignalBlocker titleBlocker(m_titleField);
@@ -115,7 +149,7 @@ void VTCalItemEditController::fillTexts()
 void VTCalItemEditController::fillUrlAndCalendar()
 {
     m_urlField->setText(fieldText(m_proxyCalItem->url()));
-    updateCalendarsPopup();
+    updateControls();
     selectCalendarOfItem();
     m_alarmsTable->deselectAll();
     m_alarmsTable->reloadData();
@@ -196,6 +230,11 @@ QVariant VTCalItemEditController::tableView_objectValueForTableColumn_row(KLVTab
     if (tableView != m_alarmsTable || column != 0 || m_proxyCalItem->alarms().isEmpty())
         return {};
     return VTSheetForm::oneLine(VTDescriptionForDisplay(*m_proxyCalItem->alarms().at(row)));
+}
+
+void VTCalItemEditController::updateControls(QObject * /*sender*/)
+{
+    updateCalendarsPopup();
 }
 
 void VTCalItemEditController::updateCalendarsPopup(QObject * /*sender*/)

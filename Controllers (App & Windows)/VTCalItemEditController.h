@@ -14,8 +14,36 @@
 #include <QObject>
 #include <QPointer>
 
+class KLVBarButton;
+class QLabel;
 class QPlainTextEdit;
+class QPushButton;
 struct StoreError;
+
+// What both forms have, under the same names.
+struct VTCommonControls {
+    QLineEdit &titleField;
+    KLVPopUpButton &calendarsPopUp;
+    KLVTableView &alarmsTable;
+    QLineEdit &urlField;
+    QPlainTextEdit &notesView;
+    KLVBarButton &addAlarmButton;
+    KLVBarButton &removeAlarmButton;
+    QPushButton &cancelButton;
+    QPushButton &saveButton;
+    QLabel &titleCaption;
+    QLabel &calendarCaption;
+    QLabel &urlCaption;
+    QLabel &notesCaption;
+    QLabel &alarmsCaption;
+};
+
+template <typename Form> VTCommonControls VTCommonControlsOf(const Form &form)
+{
+    return { *form.titleField, *form.calendarsPopUp, *form.alarmsTable, *form.urlField, *form.notesView,
+        *form.addAlarmButton, *form.removeAlarmButton, *form.cancelButton, *form.saveButton, *form.titleCaption,
+        *form.calendarCaption, *form.urlCaption, *form.notesCaption, *form.alarmsCaption };
+}
 
 // What the sheets that edit an event and a to-do have in common.
 //
@@ -54,6 +82,7 @@ public:
     Q_INVOKABLE void removeSelectedAlarm(QObject *sender = nullptr);
     // The entries anew, with none of them selected.
     Q_INVOKABLE void updateCalendarsPopup(QObject *sender = nullptr);
+    Q_INVOKABLE void updateControls(QObject *sender = nullptr);
 
     int numberOfRowsInTableView(KLVTableView *tableView) override;
     QVariant tableView_objectValueForTableColumn_row(KLVTableView *tableView, int column, int row) override;
@@ -81,21 +110,25 @@ protected:
 
     const VTEditServices &services() const { return m_services; }
 
-    // Makes the window and connects its controls, once; loadWindow() is the subclass's.
-    void needWindow();
+    // Makes the sheet's window, with the subclass's form in it.
     virtual void loadWindow() = 0;
     void setWindow(KLVSheet *window) { m_window = window; }
-    // What is not among the outlets: the notes, and the buttons under the alarms.
-    void setUpCommonControls(QPlainTextEdit &notes, QAbstractButton &addAlarm, QAbstractButton &removeAlarm);
-    void awakeFromNib();
+    void setUpCommonControls(const VTCommonControls &controls);
 
-    // The common fields from the proxy, in the order of an opening.
-    void fillTexts();
-    void fillUrlAndCalendar();
+    // The steps that every opening has, in their order, up to the sheet's showing.
+    void fillSheet(const CalCalendarItemPtr &item, const CalCalendarItemPtr &copy);
+    // Among them: the controls that only one of the sheets has, from the proxy.
+    virtual void fillOwnControls() = 0;
+    // Closes the sheet. Nothing happens when it is not open.
+    void endSheet();
     void takeUrl();
     void showError(const StoreError &error);
 
 private:
+    void needWindow();
+    void awakeFromNib();
+    void fillTexts();
+    void fillUrlAndCalendar();
     void selectCalendarOfItem();
     void calendarWasChosen(int index);
     void updateRemoveButton();

@@ -9,7 +9,6 @@
 #include <CalCalendarStore.h>
 #include <CalEvent+VTHelper.h>
 #include <Clock.h>
-#include <KLVMetrics.h>
 
 #include <QApplication>
 #include <QSignalBlocker>
@@ -24,7 +23,6 @@ constexpr int missingEventLine = 102;
 constexpr int missingWindowLine = 103;
 
 constexpr double sheetWidth = 420; // points
-constexpr double notesHeight = 56;
 constexpr qint64 secondsUntilNewStart = 3600;
 constexpr qint64 secondsUntilNewEnd = 7200;
 
@@ -43,30 +41,16 @@ void VTEventEditController::loadWindow()
     setWindow(sheet);
     m_ui = std::make_unique<Ui::VTEventEdit>();
     m_ui->setupUi(sheet);
-    setTitleField(m_ui->titleField);
-    setCalendarsPopUp(m_ui->calendarsPopUp);
-    setAlarmsTable(m_ui->alarmsTable);
-    setUrlField(m_ui->urlField);
     setStartDatePicker(m_ui->startDatePicker);
     setEndDatePicker(m_ui->endDatePicker);
 
     VTSheetForm::setUpSheet(*sheet, sheetWidth, QCoreApplication::translate("Vantle", "Event"));
-    setUpCommonControls(*m_ui->notesView, *m_ui->addAlarmButton, *m_ui->removeAlarmButton);
-    m_ui->addAlarmButton->setSign(KLVSign::Plus);
-    m_ui->removeAlarmButton->setSign(KLVSign::Minus);
-    m_ui->notesView->setFixedHeight(qRound(KLVMetrics(QApplication::font()).length(notesHeight)));
-    VTSheetForm::setUpCaption(*m_ui->titleCaption, QCoreApplication::translate("Vantle", "Title"));
-    VTSheetForm::setUpCaption(*m_ui->calendarCaption, QCoreApplication::translate("Vantle", "Calendar"));
+    setUpCommonControls(VTCommonControlsOf(*m_ui));
     VTSheetForm::setUpCaption(*m_ui->locationCaption, QCoreApplication::translate("Vantle", "Location"));
     VTSheetForm::setUpCaption(*m_ui->startCaption, QCoreApplication::translate("Vantle", "Starts"));
     VTSheetForm::setUpCaption(*m_ui->endCaption, QCoreApplication::translate("Vantle", "Ends"));
     VTSheetForm::setUpCaption(*m_ui->repeatsCaption, QCoreApplication::translate("Vantle", "Repeats"));
-    VTSheetForm::setUpCaption(*m_ui->urlCaption, QCoreApplication::translate("Vantle", "Link"));
-    VTSheetForm::setUpCaption(*m_ui->notesCaption, QCoreApplication::translate("Vantle", "Notes"));
-    VTSheetForm::setUpCaption(*m_ui->alarmsCaption, QCoreApplication::translate("Vantle", "Alarms"));
     m_ui->allDayCheckBox->setText(QCoreApplication::translate("Vantle", "All day"));
-    m_ui->cancelButton->setText(QCoreApplication::translate("Vantle", "Cancel"));
-    m_ui->saveButton->setText(QCoreApplication::translate("Vantle", "Save"));
     VTSheetForm::setUpValue(*m_ui->repeatsLabel);
     VTSheetForm::setUpNote(*m_ui->seriesLabel);
     VTSheetForm::setName(*m_ui->locationField, m_ui->locationCaption->text());
@@ -75,7 +59,8 @@ void VTEventEditController::loadWindow()
 
     connect(m_ui->locationField, &QLineEdit::textChanged, this,
         [this](const QString &text) { proxyEvent().setLocation(VTSheetForm::presentText(text)); });
-    connect(m_ui->allDayCheckBox, &QCheckBox::clicked, this, [this](bool isAllDay) {
+    // Assistive technology toggles without a click.
+    connect(m_ui->allDayCheckBox, &QCheckBox::toggled, this, [this](bool isAllDay) {
         proxyEvent().setIsAllDay(isAllDay);
         showWholeDays(isAllDay);
     });
@@ -100,29 +85,25 @@ void VTEventEditController::showEventEditSheetWithEvent_attachToWindow(const Cal
             u"showEventEditSheetWithEvent: invoked with targetWindow == nil"_s, sourceName, missingWindowLine);
         return;
     }
-    needWindow();
 
-    setOriginalCalItem(event);
-    setProxyCalItem(VTDeepCopy(*event));
-    fillTexts();
-    fillDates();
-    fillRepetition();
-    fillUrlAndCalendar();
+    fillSheet(event, VTDeepCopy(*event));
     window()->beginSheet(targetWindow);
     titleField()->setFocus(Qt::OtherFocusReason);
 }
 
-void VTEventEditController::fillDates()
+void VTEventEditController::fillOwnControls()
 {
     const CalEvent &event = proxyEvent();
     const QDateTime now = services().clock.now();
     const QSignalBlocker locationBlocker(m_ui->locationField);
+    const QSignalBlocker allDayBlocker(m_ui->allDayCheckBox);
     m_ui->locationField->setText(VTSheetForm::oneLine(event.location()));
     m_ui->allDayCheckBox->setChecked(event.isAllDay());
     m_startDatePicker->setDateValue(
         event.startDate().isValid() ? event.startDate() : now.addSecs(secondsUntilNewStart));
     m_endDatePicker->setDateValue(event.endDate().isValid() ? event.endDate() : now.addSecs(secondsUntilNewEnd));
     showWholeDays(event.isAllDay());
+    fillRepetition();
 }
 
 void VTEventEditController::showWholeDays(bool isAllDay)
@@ -170,8 +151,7 @@ void VTEventEditController::save(const CalEventPtr &event, CalSpan span)
 
 void VTEventEditController::cancelEventEditSheet(QObject * /*sender*/)
 {
-    if (window())
-        window()->endSheet();
+    endSheet();
 }
 
 void VTEventEditController::insertNewline(QObject * /*sender*/)
@@ -182,9 +162,4 @@ void VTEventEditController::insertNewline(QObject * /*sender*/)
 void VTEventEditController::cancelOperation(QObject * /*sender*/)
 {
     cancelEventEditSheet();
-}
-
-void VTEventEditController::updateControls(QObject * /*sender*/)
-{
-    updateCalendarsPopup();
 }

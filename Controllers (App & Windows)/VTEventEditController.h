@@ -33,7 +33,6 @@ public:
     Q_INVOKABLE void cancelEventEditSheet(QObject *sender = nullptr);
     Q_INVOKABLE void insertNewline(QObject *sender = nullptr);
     Q_INVOKABLE void cancelOperation(QObject *sender = nullptr);
-    Q_INVOKABLE void updateControls(QObject *sender = nullptr);
 
     KLVDatePicker *startDatePicker() const { return m_startDatePicker; }
     void setStartDatePicker(KLVDatePicker *picker) { m_startDatePicker = picker; }
@@ -42,10 +41,10 @@ public:
 
 protected:
     void loadWindow() override;
+    void fillOwnControls() override;
 
 private:
     CalEvent &proxyEvent() const;
-    void fillDates();
     void fillRepetition();
     void showWholeDays(bool isAllDay);
     void save(const CalEventPtr &event, CalSpan span);

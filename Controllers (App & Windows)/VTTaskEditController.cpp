@@ -8,9 +8,9 @@
 #include <CalCalendarStore.h>
 #include <CalTask+VTHelpers.h>
 #include <Clock.h>
-#include <KLVMetrics.h>
 
-#include <QApplication>
+#include <QCoreApplication>
+#include <QSignalBlocker>
 
 using namespace Qt::StringLiterals;
 
@@ -22,7 +22,6 @@ constexpr int missingTaskLine = 91;
 constexpr int missingWindowLine = 92;
 
 constexpr double sheetWidth = 400; // points
-constexpr double notesHeight = 56;
 
 // RFC 5545, section 3.8.1.9.
 constexpr int noPriority = 0;
@@ -55,33 +54,21 @@ void VTTaskEditController::loadWindow()
     setWindow(sheet);
     m_ui = std::make_unique<Ui::VTTaskEdit>();
     m_ui->setupUi(sheet);
-    setTitleField(m_ui->titleField);
-    setCalendarsPopUp(m_ui->calendarsPopUp);
-    setAlarmsTable(m_ui->alarmsTable);
-    setUrlField(m_ui->urlField);
     setDueDatePicker(m_ui->dueDatePicker);
 
     VTSheetForm::setUpSheet(*sheet, sheetWidth, QCoreApplication::translate("Vantle", "To do"));
-    setUpCommonControls(*m_ui->notesView, *m_ui->addAlarmButton, *m_ui->removeAlarmButton);
-    m_ui->addAlarmButton->setSign(KLVSign::Plus);
-    m_ui->removeAlarmButton->setSign(KLVSign::Minus);
-    m_ui->notesView->setFixedHeight(qRound(KLVMetrics(QApplication::font()).length(notesHeight)));
-    VTSheetForm::setUpCaption(*m_ui->titleCaption, QCoreApplication::translate("Vantle", "Title"));
-    VTSheetForm::setUpCaption(*m_ui->calendarCaption, QCoreApplication::translate("Vantle", "Calendar"));
+    setUpCommonControls(VTCommonControlsOf(*m_ui));
     VTSheetForm::setUpCaption(*m_ui->priorityCaption, QCoreApplication::translate("Vantle", "Priority"));
     VTSheetForm::setUpCaption(*m_ui->dueCaption, QCoreApplication::translate("Vantle", "Due"));
-    VTSheetForm::setUpCaption(*m_ui->urlCaption, QCoreApplication::translate("Vantle", "Link"));
-    VTSheetForm::setUpCaption(*m_ui->notesCaption, QCoreApplication::translate("Vantle", "Notes"));
-    VTSheetForm::setUpCaption(*m_ui->alarmsCaption, QCoreApplication::translate("Vantle", "Alarms"));
     m_ui->dueDateCheckBox->setText(QCoreApplication::translate("Vantle", "Has a due date"));
-    m_ui->cancelButton->setText(QCoreApplication::translate("Vantle", "Cancel"));
-    m_ui->saveButton->setText(QCoreApplication::translate("Vantle", "Save"));
     VTSheetForm::setName(*m_ui->priorityPopUp, m_ui->priorityCaption->text());
     VTSheetForm::setUpPicker(*m_dueDatePicker, m_ui->dueCaption->text());
     setUpPriorities();
 
-    connect(m_ui->dueDateCheckBox, &QCheckBox::clicked, this, &VTTaskEditController::setDueDateIsSet);
+    // Assistive technology toggles without a click.
+    connect(m_ui->dueDateCheckBox, &QCheckBox::toggled, this, &VTTaskEditController::setDueDateIsSet);
     m_dueDateSwitchBinding = std::make_unique<KeyValueBinding>(*this, u"dueDateIsSet"_s, [this](const QVariant &isSet) {
+        const QSignalBlocker blocker(m_ui->dueDateCheckBox);
         m_ui->dueDateCheckBox->setChecked(isSet.toBool());
         m_dueDatePicker->setEnabled(isSet.toBool());
     });
@@ -125,17 +112,18 @@ void VTTaskEditController::showTaskEditSheetWithTask_attachToWindow(const CalTas
             missingWindowLine);
         return;
     }
-    needWindow();
 
-    setOriginalCalItem(task);
-    setProxyCalItem(VTDeepCopy(*task));
-    fillTexts();
-    m_ui->priorityPopUp->setCurrentIndex(m_ui->priorityPopUp->findData(namedPriority(task->priority())));
-    m_dueDatePicker->setDateValue(task->dueDate().value_or(services().clock.now()));
-    setDueDateIsSet(VTDueDateIsSet(*task));
-    fillUrlAndCalendar();
+    fillSheet(task, VTDeepCopy(*task));
     titleField()->setFocus(Qt::OtherFocusReason);
     window()->beginSheet(parentWindow);
+}
+
+void VTTaskEditController::fillOwnControls()
+{
+    const CalTask &task = proxyTask();
+    m_ui->priorityPopUp->setCurrentIndex(m_ui->priorityPopUp->findData(namedPriority(task.priority())));
+    m_dueDatePicker->setDateValue(task.dueDate().value_or(services().clock.now()));
+    setDueDateIsSet(VTDueDateIsSet(task));
 }
 
 void VTTaskEditController::endTaskEditSheetAndSaveTask(QObject * /*sender*/)
@@ -165,10 +153,19 @@ void VTTaskEditController::takeDueDate()
     task.setDueDate(due);
 }
 
+void VTTaskEditController::updateAlarm_withAlarm(const CalAlarmPtr &alarm, const CalAlarmPtr &newAlarm)
+{
+    // The due date is a to-do's end. A to-do without a start has nothing else that an alarm could be
+    // relative to (RFC 5545, section 3.8.6.3); an alarm that was relative stays so to what it was.
+    const bool wasRelative = proxyCalItem()->alarms().contains(alarm) && !alarm->absoluteTrigger();
+    if (!wasRelative && !newAlarm->absoluteTrigger())
+        newAlarm->setRelatedToEnd(true);
+    VTCalItemEditController::updateAlarm_withAlarm(alarm, newAlarm);
+}
+
 void VTTaskEditController::cancelTaskEditSheet(QObject * /*sender*/)
 {
-    if (window())
-        window()->endSheet();
+    endSheet();
 }
 
 void VTTaskEditController::insertNewline(QObject * /*sender*/)
@@ -179,9 +176,4 @@ void VTTaskEditController::insertNewline(QObject * /*sender*/)
 void VTTaskEditController::cancelOperation(QObject * /*sender*/)
 {
     cancelTaskEditSheet();
-}
-
-void VTTaskEditController::updateControls(QObject * /*sender*/)
-{
-    updateCalendarsPopup();
 }

@@ -26,12 +26,13 @@ public:
 
     bool allowRelativeTrigger() const override { return m_dueDateIsSet; }
 
+    void updateAlarm_withAlarm(const CalAlarmPtr &alarm, const CalAlarmPtr &newAlarm) override;
+
     void showTaskEditSheetWithTask_attachToWindow(const CalTaskPtr &task, QWidget *parentWindow);
     Q_INVOKABLE void endTaskEditSheetAndSaveTask(QObject *sender = nullptr);
     Q_INVOKABLE void cancelTaskEditSheet(QObject *sender = nullptr);
     Q_INVOKABLE void insertNewline(QObject *sender = nullptr);
     Q_INVOKABLE void cancelOperation(QObject *sender = nullptr);
-    Q_INVOKABLE void updateControls(QObject *sender = nullptr);
 
     KLVDatePicker *dueDatePicker() const { return m_dueDatePicker; }
     void setDueDatePicker(KLVDatePicker *picker) { m_dueDatePicker = picker; }
@@ -41,6 +42,7 @@ public:
 
 protected:
     void loadWindow() override;
+    void fillOwnControls() override;
 
 private:
     CalTask &proxyTask() const;

@@ -13,6 +13,7 @@
 
 #include <QAbstractButton>
 #include <QCheckBox>
+#include <QLineEdit>
 #include <QMainWindow>
 #include <QPlainTextEdit>
 #include <QRadioButton>
@@ -86,6 +87,17 @@ struct EditSheetFixture {
 template <typename Control> Control *controlOf(const VTCalItemEditController &sheet, const QString &name)
 {
     return sheet.window()->findChild<Control *>(name);
+}
+
+// Types over what is in a field.
+inline void replaceText(QLineEdit *field, const QString &text)
+{
+    field->setFocus();
+    field->selectAll();
+    if (text.isEmpty())
+        QTest::keyClick(field, Qt::Key_Delete);
+    else
+        QTest::keyClicks(field, text);
 }
 
 // What a programming error says, or nothing when none was found.

@@ -3,6 +3,8 @@
 
 #include <TestRegistry.h>
 
+#include <QAccessible>
+
 using namespace Qt::StringLiterals;
 
 class VTTaskEditControllerTest : public QObject
@@ -17,7 +19,10 @@ private Q_SLOTS:
     void dueDateIsGivenAndTakenAway();
     void switchIsObservable();
     void alarmsAreRelativeOnlyWithADueDate();
+    void newAlarmsAreRelativeToTheDueDate();
+    void alarmRelativeToTheStartStaysSo();
     void relativeAlarmsOutliveTheDueDate();
+    void switchSetByAssistiveTechnologyCounts();
     void dueDayStaysADayUntilItGetsATime();
     void editsReachTheStore();
     void priorityOfAnyNumberIsShownAndKept_data();
@@ -157,6 +162,53 @@ void VTTaskEditControllerTest::alarmsAreRelativeOnlyWithADueDate()
 
     QVERIFY(fixture.tasks.alarmController()->allowRelativeTrigger());
     QVERIFY(!fixture.tasks.alarmController()->isAbsolute());
+}
+
+void VTTaskEditControllerTest::newAlarmsAreRelativeToTheDueDate()
+{
+    EditSheetFixture fixture;
+    const CalTaskPtr task = makeTaskDue(u"1"_s, u"Milk"_s, localInstant("2026-11-22T12:00"));
+    const auto absolute = std::make_shared<CalAlarm>();
+    absolute->setAbsoluteTrigger(localInstant("2026-11-22T08:00"));
+    task->setAlarms({ absolute });
+    fixture.backend().addTask(u"Home"_s, task);
+    fixture.open(fixture.storedTask(u"Milk"_s));
+
+    fixture.tasks.showAlarmEditSheetWithNewAlarm();
+    fixture.tasks.alarmController()->insertNewline();
+    QVERIFY(fixture.tasks.proxyCalItem()->alarms().last()->isRelatedToEnd());
+    QVERIFY(!fixture.tasks.proxyCalItem()->alarms().first()->isRelatedToEnd());
+
+    fixture.tasks.alarmsTable()->selectRow(0);
+    fixture.tasks.showAlarmEditSheetWithSelectedAlarm();
+    fixture.tasks.alarmController()->setIsAbsolute(false);
+    fixture.tasks.alarmController()->insertNewline();
+    QVERIFY(fixture.tasks.proxyCalItem()->alarms().last()->isRelatedToEnd());
+}
+
+void VTTaskEditControllerTest::alarmRelativeToTheStartStaysSo()
+{
+    EditSheetFixture fixture;
+    fixture.open(addFullTask(fixture));
+
+    fixture.tasks.alarmsTable()->selectRow(0);
+    fixture.tasks.showAlarmEditSheetWithSelectedAlarm();
+    fixture.tasks.alarmController()->insertNewline();
+
+    QVERIFY(!fixture.tasks.proxyCalItem()->alarms().first()->isRelatedToEnd());
+}
+
+void VTTaskEditControllerTest::switchSetByAssistiveTechnologyCounts()
+{
+    EditSheetFixture fixture;
+    fixture.open(fixture.addTask(u"Milk"_s));
+
+    QAccessible::queryAccessibleInterface(dueSwitch(fixture))
+        ->actionInterface()
+        ->doAction(QAccessibleActionInterface::toggleAction());
+
+    QVERIFY(fixture.tasks.dueDateIsSet());
+    QVERIFY(fixture.tasks.dueDatePicker()->isEnabled());
 }
 
 void VTTaskEditControllerTest::relativeAlarmsOutliveTheDueDate()
