@@ -125,6 +125,17 @@ class Element:
         self.accessible.get_action_iface().do_action(self.actions().index(name))
 
 
+def shown_text(element):
+    """What stands in a field."""
+    return Atspi.Text.get_text(element.accessible, 0, -1)
+
+
+def set_text(element, text):
+    """As assistive technology writes into a field."""
+    if not Atspi.EditableText.set_text_contents(element.accessible, text):
+        raise AssertionError(f"nothing can be written into {element.name}")
+
+
 class Vantle:
     """The running program."""
 
@@ -189,7 +200,11 @@ class Vantle:
         return None
 
     def sheet(self, name):
-        return eventually(lambda: self.open_sheet(name), what=f"the sheet {name}")
+        """Open, and with the keyboard: what is typed at once goes to it."""
+        def found():
+            sheet = self.open_sheet(name)
+            return sheet if sheet and sheet.has_active_state() else None
+        return eventually(found, what=f"the sheet {name}")
 
     def wait_until_closed(self, name):
         eventually(lambda: self.open_sheet(name) is None, what=f"the end of the sheet {name}")
@@ -205,6 +220,25 @@ class Vantle:
         return next((element for element in self._application().everything()
                      if element.name == name and "menu" in element.role and element.has(Atspi.StateType.SHOWING)
                      and element.rectangle[2] > 0), None)
+
+    def find_showing(self, role, name):
+        return next((element for element in self._application().everything()
+                     if element.role == role and element.name == name and element.has(Atspi.StateType.SHOWING)), None)
+
+    @staticmethod
+    def is_selected(element):
+        return element is not None and element.has(Atspi.StateType.SELECTED)
+
+    @staticmethod
+    def chosen_entry(pop_up):
+        return next((entry.name for entry in pop_up.children() if entry.has(Atspi.StateType.SELECTED)), None)
+
+    def pop_up_is_open(self):
+        """Whether an X window of the program's that the window manager does not know is on the screen."""
+        found = subprocess.run(["xdotool", "search", "--onlyvisible", "--pid", str(self.process.pid), "--class", "."],
+                               capture_output=True, text=True, check=False).stdout.split()
+        managed = run("xprop", "-root", "_NET_CLIENT_LIST")
+        return any(hex(int(window)) not in managed for window in found)
 
     def pixels(self):
         """Width, height and the bytes of red, green and blue of the window."""
