@@ -3,6 +3,8 @@
 """A person who sees nothing and presses no key: everything goes through assistive technology."""
 
 import datetime as dt
+import itertools
+import re
 import unittest
 
 import gi
@@ -11,6 +13,23 @@ gi.require_version("Atspi", "2.0")
 from gi.repository import Atspi  # noqa: E402  the version is named first
 
 from driver import Element, Home, Vantle, eventually  # noqa: E402
+
+
+def unescaped(text):
+    return re.sub(r"\\([\\;,nN])", lambda match: "\n" if match[1] in "nN" else match[1], text)
+
+
+def details_in(file):
+    """What the file of an item holds of all that a selected row is to tell."""
+    lines = file.read_bytes().decode().replace("\r\n ", "").split("\r\n")
+    item = lines[next(index for index, line in enumerate(lines) if line in ("BEGIN:VEVENT", "BEGIN:VTODO")):]
+    details = {}
+    for line in itertools.takewhile(lambda line: line != "BEGIN:VALARM", item):
+        if match := re.fullmatch(r"(SUMMARY|LOCATION|DESCRIPTION|URL)(?:;[^:]*)?:(.*)", line):
+            details.setdefault(match[1], unescaped(match[2]))
+        elif match := re.fullmatch(r"ATTENDEE;.*?CN=\"?([^;:\"]*).*", line):
+            details.setdefault("ATTENDEES", []).append(match[1])
+    return details
 
 
 class Accessibility(unittest.TestCase):
@@ -81,6 +100,27 @@ class Accessibility(unittest.TestCase):
         self.assertTrue(any(name.startswith("Bring the printed boards.") for _, name in parts), parts)
         for word in ("Design review", "11:00 to 12:30", "Work", "repeats", "has an alarm"):
             self.assertIn(word, row.name)
+
+    def test_every_row_tells_what_its_file_holds(self):
+        """Each is selected in turn; nothing of its title, place, guests, link and notes is missing."""
+        files = [details_in(file) for file in self.home.calendars.glob("*/*.ics")]
+        told = set()
+        for kind in ("Events", "To dos"):
+            for title in self.vantle.titles(kind):
+                row = self.select(kind, title)
+                wanted = next(details for details in files if details["SUMMARY"] == title)
+
+                names = [part.name for part in row.children()]
+                links = [part.name for part in row.children() if part.role == "link"]
+
+                for text in (wanted["SUMMARY"], wanted.get("LOCATION", ""), wanted.get("DESCRIPTION", "")):
+                    self.assertTrue(any(text in name for name in names), f"{text} in {names}")
+                for guest in wanted.get("ATTENDEES", []):
+                    self.assertTrue(any(name.endswith(guest) for name in names), f"{guest} in {names}")
+                if "URL" in wanted:
+                    self.assertTrue(links and links[0] in wanted["URL"], f"{wanted['URL']} in {names}")
+                told |= set(wanted)
+        self.assertEqual(told, {"SUMMARY", "LOCATION", "DESCRIPTION", "URL", "ATTENDEES"})
 
     def test_a_tick_is_made_and_found_again(self):
         row = self.vantle.row("To dos", "Send the invoice")
