@@ -26,6 +26,15 @@ constexpr std::array taskKeys {
     TaskKey { "VTIsUrlAvailable"_L1, &VTIsUrlAvailable },
 };
 
+// On which the item is to be found; null for a to-do without a due date.
+QDate dayOf(const CalCalendarItem &item)
+{
+    if (const auto *event = dynamic_cast<const CalEvent *>(&item))
+        return event->startDate().toLocalTime().date();
+    const auto *task = dynamic_cast<const CalTask *>(&item);
+    return task && task->dueDate() ? task->dueDate()->toLocalTime().date() : QDate();
+}
+
 } // namespace
 
 void showInICal(const CalCalendarItem &item, CalendarApplication &application)
@@ -33,15 +42,19 @@ void showInICal(const CalCalendarItem &item, CalendarApplication &application)
     if (!item.calendar())
         return;
 
-    const QString &calendarUid = item.calendar()->uid();
-    const QString &plainUid = item.origin().plainUid;
-    const auto kind = item.kind() == CalItemKind::Event ? CalendarApplication::ElementKind::Event
-                                                        : CalendarApplication::ElementKind::Todo;
-    if (!application.hasCalendar(calendarUid) || !application.hasElement(calendarUid, kind, plainUid))
+    const CalendarApplication::Element element {
+        .calendarUid = item.calendar()->uid(),
+        .kind = item.kind() == CalItemKind::Event ? CalendarApplication::ElementKind::Event
+                                                  : CalendarApplication::ElementKind::Todo,
+        .plainUid = item.origin().plainUid,
+        .recurrenceId = item.origin().recurrenceId,
+        .day = dayOf(item),
+    };
+    if (!application.hasCalendar(element.calendarUid) || !application.hasElement(element))
         return;
 
     application.activate();
-    application.showElement(calendarUid, kind, plainUid);
+    application.showElement(element);
 }
 
 QVariant valueForKey(const CalCalendarItem &item, const QString &key)

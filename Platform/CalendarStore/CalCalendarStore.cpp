@@ -374,6 +374,13 @@ CalCalendarPtr CalCalendarStore::calendarWithUID(const QString &uid) const
     return entry ? entry->shown : nullptr;
 }
 
+QString CalCalendarStore::desktopSourceUid(const QString &calendarUid, CalItemKind kind) const
+{
+    const auto merged = d->merged();
+    const MergedCalendars::Entry *calendar = merged->shownAs(calendarUid);
+    return calendar ? calendar->backend->desktopSourceUid(calendar->own->uid(), kind) : QString();
+}
+
 bool CalCalendarStore::isComplete() const
 {
     return d->isComplete();

@@ -51,6 +51,10 @@ public:
     // Null when the store has no such calendar.
     CalCalendarPtr calendarWithUID(const QString &uid) const;
 
+    // By which name other programs of the desktop know the calendar as a source of this kind of item; empty where
+    // they do not know it.
+    QString desktopSourceUid(const QString &calendarUid, CalItemKind kind) const;
+
     // Whether all that the back ends hold has been read.
     bool isComplete() const;
 

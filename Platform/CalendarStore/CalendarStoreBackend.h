@@ -55,6 +55,10 @@ public:
     // Has accounts look at what their servers hold by now. Returns at once; what is new is told by changed().
     virtual void refresh() { }
 
+    // By which name other programs of the desktop know the calendar as a source of this kind of item; empty where
+    // they do not know it.
+    virtual QString desktopSourceUid(const QString & /*calendarUid*/, CalItemKind /*kind*/) const { return {}; }
+
     // Whether a calendar holds an item with this UID property, of either kind.
     virtual bool holdsUid(const QString &calendarUid, const QString &plainUid) const = 0;
 

@@ -17,3 +17,16 @@ std::optional<QUrl> SystemFileChooser::chooseFile(QWidget *over)
         return std::nullopt;
     return dialog.selectedUrls().first();
 }
+
+std::optional<QUrl> SystemFileChooser::chooseNewFile(QWidget *over, const QString &suggestedName)
+{
+    QFileDialog dialog(over, QCoreApplication::translate("Vantle", "Save"));
+    dialog.setObjectName(u"fileChooser"_s);
+    dialog.setFileMode(QFileDialog::AnyFile);
+    dialog.setAcceptMode(QFileDialog::AcceptSave);
+    dialog.selectFile(suggestedName);
+    dialog.setWindowModality(Qt::ApplicationModal);
+    if (dialog.exec() != QDialog::Accepted || dialog.selectedUrls().isEmpty())
+        return std::nullopt;
+    return dialog.selectedUrls().first();
+}

@@ -7,7 +7,8 @@
 
 class QWidget;
 
-// Has the person choose one existing file.
+// Has the person choose a file. Both questions block input to the whole
+// application and return when the person is done; nothing when they gave up.
 class FileChooser
 {
 public:
@@ -16,8 +17,10 @@ public:
     FileChooser(const FileChooser &) = delete;
     FileChooser &operator=(const FileChooser &) = delete;
 
-    // Blocks input to the whole application and returns when the person is done; nothing when they gave up.
+    // One that exists.
     virtual std::optional<QUrl> chooseFile(QWidget *over) = 0;
+    // One to be written. Of one that exists the person has agreed that it is replaced.
+    virtual std::optional<QUrl> chooseNewFile(QWidget *over, const QString &suggestedName) = 0;
 };
 
 // In the desktop's own dialog, where it has one.
@@ -25,4 +28,5 @@ class SystemFileChooser final : public FileChooser
 {
 public:
     std::optional<QUrl> chooseFile(QWidget *over) override;
+    std::optional<QUrl> chooseNewFile(QWidget *over, const QString &suggestedName) override;
 };

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "WindowState.h"
 
+#include "StateFolder.h"
+
 #include <QCoreApplication>
 #include <QDir>
 #include <QFile>
@@ -69,10 +71,7 @@ WindowStateFile::WindowStateFile(QString path)
 
 QString WindowStateFile::defaultPath()
 {
-    QString home = qEnvironmentVariable("XDG_STATE_HOME");
-    if (!QDir::isAbsolutePath(home))
-        home = QDir::homePath() + u"/.local/state"_s;
-    return home + u"/vantle/window.json"_s;
+    return stateFolder() + u"/window.json"_s;
 }
 
 WindowState WindowStateFile::read() const

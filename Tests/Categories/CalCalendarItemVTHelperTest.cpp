@@ -78,10 +78,15 @@ void CalCalendarItemVTHelperTest::occurrenceIsShownByItsPlainUid()
     application.addElement(u"Home"_s, ElementKind::Event, u"uid"_s);
     const CalEventPtr event = makeMeeting();
     event->setUid(u"uid and an instant"_s);
+    CalItemOrigin origin = event->origin();
+    origin.recurrenceId = u"20261120T090000"_s;
+    event->setOrigin(origin);
 
     showInICal(*event, application);
 
     QCOMPARE(application.commands(), (QStringList { u"activate"_s, u"show event Home/uid"_s }));
+    QCOMPARE(application.shown().recurrenceId, u"20261120T090000"_s);
+    QCOMPARE(application.shown().day, event->startDate().toLocalTime().date());
 }
 
 void CalCalendarItemVTHelperTest::unknownCalendarDoesNothing()

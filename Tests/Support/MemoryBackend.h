@@ -3,7 +3,9 @@
 
 #include <CalendarStoreBackend.h>
 
+#include <map>
 #include <optional>
+#include <utility>
 
 // Calendars that exist in memory alone: tests put items in, take them out and
 // tell it what to refuse. Hands out fresh records like any back end.
@@ -41,6 +43,12 @@ public:
     // Announces itself.
     void setSilentServices(const QStringList &services);
 
+    // Under which name other programs know a calendar of this back end.
+    void setDesktopSource(const QString &calendarUid, CalItemKind kind, const QString &source)
+    {
+        m_desktopSources[{ calendarUid, kind }] = source;
+    }
+
     // Announces from the event loop, as another program's change unless told otherwise.
     void postChange(const CalBackendChange &change);
     void postEventsChange();
@@ -67,6 +75,11 @@ public:
     bool isComplete() const override { return m_isComplete; }
     QStringList silentServices() const override { return m_silentServices; }
     void refresh() override { ++m_refreshes; }
+    QString desktopSourceUid(const QString &calendarUid, CalItemKind kind) const override
+    {
+        const auto found = m_desktopSources.find({ calendarUid, kind });
+        return found == m_desktopSources.end() ? QString() : found->second;
+    }
     bool holdsUid(const QString &calendarUid, const QString &plainUid) const override;
     CalEventList events(const QDateTime &start, const QDateTime &end, const CalCalendarList &calendars) const override;
     CalTaskList tasks(TaskState state, const QDateTime &since, const CalCalendarList &calendars) const override;
@@ -92,6 +105,7 @@ private:
     bool m_hasDeclaredDefault = false;
     bool m_isComplete = true;
     QStringList m_silentServices;
+    std::map<std::pair<QString, CalItemKind>, QString> m_desktopSources;
     std::optional<StoreError> m_refusal;
     bool m_refusesOnce = false;
     QDateTime m_completionInstant = QDateTime(QDate(2026, 3, 11), QTime(12, 0));

@@ -20,10 +20,9 @@ void RecordingCalendarApplication::addElement(const QString &calendarUid, Elemen
     m_elements.insert(elementName(calendarUid, kind, plainUid));
 }
 
-bool RecordingCalendarApplication::hasElement(
-    const QString &calendarUid, ElementKind kind, const QString &plainUid) const
+bool RecordingCalendarApplication::hasElement(const Element &element) const
 {
-    return m_elements.contains(elementName(calendarUid, kind, plainUid));
+    return m_elements.contains(elementName(element.calendarUid, element.kind, element.plainUid));
 }
 
 void RecordingCalendarApplication::activate()
@@ -31,7 +30,8 @@ void RecordingCalendarApplication::activate()
     m_commands.append(u"activate"_s);
 }
 
-void RecordingCalendarApplication::showElement(const QString &calendarUid, ElementKind kind, const QString &plainUid)
+void RecordingCalendarApplication::showElement(const Element &element)
 {
-    m_commands.append(u"show "_s + elementName(calendarUid, kind, plainUid));
+    m_commands.append(u"show "_s + elementName(element.calendarUid, element.kind, element.plainUid));
+    m_shown = element;
 }

@@ -13,6 +13,12 @@ public:
         return answer;
     }
 
+    std::optional<QUrl> chooseNewFile(QWidget * /*over*/, const QString & /*suggestedName*/) override
+    {
+        ++questions;
+        return answer;
+    }
+
     std::optional<QUrl> answer;
     int questions = 0;
 };

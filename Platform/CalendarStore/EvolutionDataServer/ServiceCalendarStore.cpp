@@ -305,6 +305,14 @@ void ServiceCalendarStore::refresh()
         client->refresh();
 }
 
+QString ServiceCalendarStore::desktopSourceUid(const QString &calendarUid, CalItemKind kind) const
+{
+    const auto found = std::ranges::find(d->descriptions, calendarUid, &CalendarDescription::uid);
+    if (found == d->descriptions.end())
+        return {};
+    return kind == CalItemKind::Event ? found->events : found->tasks;
+}
+
 bool ServiceCalendarStore::holdsUid(const QString &calendarUid, const QString &plainUid) const
 {
     return std::ranges::any_of(std::array { CalItemKind::Event, CalItemKind::Task }, [&](CalItemKind kind) {

@@ -33,6 +33,7 @@ public:
     bool isComplete() const override;
     QStringList silentServices() const override;
     void refresh() override;
+    QString desktopSourceUid(const QString &calendarUid, CalItemKind kind) const override;
     bool holdsUid(const QString &calendarUid, const QString &plainUid) const override;
     CalEventList events(const QDateTime &start, const QDateTime &end, const CalCalendarList &calendars) const override;
     CalTaskList tasks(TaskState state, const QDateTime &since, const CalCalendarList &calendars) const override;

@@ -33,6 +33,7 @@ private Q_SLOTS:
     void uncompletedTasksAreAskedFor();
     void everyQueryGivesFreshRecords();
     void eachBackendIsAskedOnce();
+    void calendarsOtherNameIsItsBackEnds();
 };
 
 void CalCalendarStoreQueriesTest::eventsAreSortedByStartThenTitleThenUid()
@@ -194,6 +195,20 @@ void CalCalendarStoreQueriesTest::eachBackendIsAskedOnce()
     QCOMPARE(stores.first->taskQueries(), 1);
     QCOMPARE(stores.first->eventQueries(), 1);
     QCOMPARE(stores.second->taskQueries(), 0);
+}
+
+void CalCalendarStoreQueriesTest::calendarsOtherNameIsItsBackEnds()
+{
+    const TwoBackends stores;
+    stores.first->addCalendar(makeCalendar(u"Home"_s));
+    stores.second->addCalendar(makeCalendar(u"Home"_s));
+    stores.second->setDesktopSource(u"Home"_s, CalItemKind::Task, u"task-list"_s);
+    const CalCalendarList calendars = stores.store->calendars();
+
+    QCOMPARE(stores.store->desktopSourceUid(calendars.at(0)->uid(), CalItemKind::Task), QString());
+    QCOMPARE(stores.store->desktopSourceUid(calendars.at(1)->uid(), CalItemKind::Task), u"task-list"_s);
+    QCOMPARE(stores.store->desktopSourceUid(calendars.at(1)->uid(), CalItemKind::Event), QString());
+    QCOMPARE(stores.store->desktopSourceUid(u"Nowhere"_s, CalItemKind::Task), QString());
 }
 
 VANTLE_TEST(CalCalendarStoreQueriesTest)
