@@ -4,8 +4,11 @@
 #include <AlertSounds.h>
 #include <Beeper.h>
 #include <Clock.h>
+#include <CrashHandler.h>
+#include <CrashReport.h>
 #include <DesktopAlerts.h>
 #include <DesktopAppearance.h>
+#include <DesktopCalendarApplication.h>
 #include <DesktopPresence.h>
 #include <DesktopWorkspace.h>
 #include <FileChooser.h>
@@ -26,6 +29,18 @@
 #include <cstdio>
 
 using namespace Qt::StringLiterals;
+
+namespace
+{
+
+// A run that cannot note a crash is as good as any other until then.
+void noteCrashes()
+{
+    const QString introduction = u"Vantle %1\n"_s.arg(ApplicationMetadata::ofThisProgram().version);
+    [[maybe_unused]] const auto installed = CrashHandler::install(CrashReportFile::defaultPath(), introduction);
+}
+
+} // namespace
 
 int main(int argc, char **argv)
 {
@@ -49,6 +64,7 @@ int main(int argc, char **argv)
     case SingleInstance::Start::Alone:
         break;
     }
+    noteCrashes();
     QTranslator translator;
     if (translator.load(QLocale(), u"vantle"_s, u"_"_s, u":/i18n"_s))
         QApplication::installTranslator(&translator);
@@ -65,10 +81,15 @@ int main(int argc, char **argv)
     TrayStatusBar statusBar;
     const SoundThemeSounds sounds;
     CalendarSources sources(clock);
+    DesktopCalendarApplication calendarApplication(
+        [&sources](const QString &calendarUid, CalendarApplication::ElementKind kind) {
+            return sources.store().desktopSourceUid(
+                calendarUid, kind == CalendarApplication::ElementKind::Event ? CalItemKind::Event : CalItemKind::Task);
+        });
 
     VTAppController controller({
         .window = { sources.store(), defaults, clock, beeper, workspace, termination, alerts, fileChooser, sounds,
-            nullptr, &presence },
+            &calendarApplication, &presence },
         .appearance = appearance,
         .windowState = WindowStateFile(WindowStateFile::defaultPath()),
         .statusBar = statusBar,

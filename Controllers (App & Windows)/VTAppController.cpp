@@ -55,6 +55,7 @@ void VTAppController::awakeFromNib()
     m_statusbarMenu = std::make_unique<VTStatusbarMenu>(m_window.get());
     connectPreferencesWindow();
     connectStatusbarMenu();
+    connectProgramCommands();
     followPresence();
     // Before the main window's own, whose settings are written after those of the shell; then all goes to the disk.
     connect(
@@ -82,6 +83,7 @@ void VTAppController::applicationDidFinishLaunching()
 {
     m_window->show();
     m_window->activateWindow();
+    reportIfCrash();
 }
 
 QWidget *VTAppController::preferencesWindowAsWidget() const

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "VTHelpServices.h"
 #include "VTMainWindowController.h"
 
 #include <KeyValueBinding.h>
@@ -62,6 +63,7 @@ public:
         PTHotKeyCenter &hotKeyCenter;
         KeyboardLayouts &keyboardLayouts;
         LauncherRequests &launcher;
+        VTHelpServices help {};
     };
 
     explicit VTAppController(const Services &services, QObject *parent = nullptr);
@@ -72,7 +74,7 @@ public:
 
     // Start-up, once: fills the window and shows it.
     void awakeFromNib();
-    // The window becomes the main window. Called by awakeFromNib().
+    // The window becomes the main window, and a crash of the run before is reported. Called by awakeFromNib().
     void applicationDidFinishLaunching();
     // Gives back all hot keys and writes the shell's eight settings; the window's own five come after them.
     void applicationWillTerminate();
@@ -117,6 +119,15 @@ public:
 
     QVariant valueForKey(const QString &key) const override;
 
+    // --- About the program (VTAppController+Help.cpp) ---
+
+    Q_INVOKABLE void showAbout(QObject *sender = nullptr);
+    Q_INVOKABLE void showFeedbackWindow(QObject *sender = nullptr);
+    // In the desktop's software centre; nothing where there is none.
+    Q_INVOKABLE void checkForUpdates(QObject *sender = nullptr);
+    // Brings the desktop's calendar program to the front; nothing where there is none.
+    Q_INVOKABLE void launchICal(QObject *sender = nullptr);
+
 private:
     struct HotKey;
 
@@ -146,6 +157,10 @@ private:
     void updateHotKeyStatus(const QString &identifier);
     void connectPreferencesWindow();
     void connectStatusbarMenu();
+    void connectProgramCommands();
+    // Offers the report of a crash of the run before, once.
+    void reportIfCrash();
+    void showReportWindow(const QString &crashReport);
 
     void saveSettings();
     void flush();

@@ -43,6 +43,8 @@ constexpr std::array entries {
     VTKeyboardEntry { VTKeyGroup::Program, "openMenu", "F10; Alt+M", QT_TRANSLATE_NOOP("Vantle", "Open Menu") },
     VTKeyboardEntry {
         VTKeyGroup::Program, "showShortcuts", "F1; Ctrl+?", QT_TRANSLATE_NOOP("Vantle", "Keyboard Shortcuts") },
+    VTKeyboardEntry { VTKeyGroup::Program, "showPreferences", "Ctrl+,", QT_TRANSLATE_NOOP("Vantle", "Preferences") },
+    VTKeyboardEntry { VTKeyGroup::Program, "closeWindow", "Ctrl+W", QT_TRANSLATE_NOOP("Vantle", "Close Window") },
     VTKeyboardEntry { VTKeyGroup::Program, "quit", "Ctrl+Q", QT_TRANSLATE_NOOP("Vantle", "Quit") },
 };
 

@@ -2,6 +2,7 @@
 #include "VTMainMenu.h"
 
 #include "VTKeyboardMap.h"
+#include "VTMnemonics.h"
 
 #include <QCoreApplication>
 
@@ -21,13 +22,14 @@ VTMainMenu::VTMainMenu(QWidget *parent)
 {
     setObjectName(u"mainMenu"_s);
     setAccessibleName(QCoreApplication::translate("Vantle", "Menu"));
-    buildItemMenu();
+    buildProgramMenu();
+    buildFileMenu();
+    buildEditMenu();
+    buildViewMenu();
     buildGoMenu();
     buildTaskMenu();
-    buildViewMenu();
-    addSeparator();
-    addCommand(this, "showShortcuts");
-    addCommand(this, "quit");
+    buildHelpMenu();
+    VTGiveMnemonics(*this);
 
     // Assistive technology uses a command and leaves the menu open in which it stands.
     connect(this, &QMenu::triggered, this, &VTMainMenu::closeAll);
@@ -40,16 +42,43 @@ void VTMainMenu::closeAll()
     close();
 }
 
-void VTMainMenu::buildItemMenu()
+void VTMainMenu::buildProgramMenu()
 {
-    addCommand(this, "newEvent");
-    addCommand(this, "newTask");
-    addSeparator();
-    addCommand(this, "editItem");
-    addCommand(this, "deleteItem");
-    addCommand(this, "showInCalendar", QCoreApplication::translate("Vantle", "Show in Calendar Application"));
-    addCommand(this, "undo");
-    addSeparator();
+    QMenu *menu = addGroup(u"Vantle"_s, "programMenu");
+    addCommand(menu, "showAbout", QCoreApplication::translate("Vantle", "About Vantle"));
+    menu->addSeparator();
+    addCommand(menu, "showPreferences");
+    addCommand(menu, "checkForUpdates", QCoreApplication::translate("Vantle", "Check for Updates…"));
+    addCommand(menu, "launchICal", QCoreApplication::translate("Vantle", "Open Calendar Application"));
+    menu->addSeparator();
+    addCommand(menu, "quit");
+}
+
+void VTMainMenu::buildFileMenu()
+{
+    QMenu *menu = addGroup(QCoreApplication::translate("Vantle", "File"), "fileMenu");
+    addCommand(menu, "newEvent");
+    addCommand(menu, "newTask");
+    menu->addSeparator();
+    addCommand(menu, "closeWindow");
+}
+
+void VTMainMenu::buildEditMenu()
+{
+    QMenu *menu = addGroup(QCoreApplication::translate("Vantle", "Edit"), "editMenu");
+    addCommand(menu, "undo");
+    menu->addSeparator();
+    addCommand(menu, "editItem");
+    addCommand(menu, "deleteItem");
+    menu->addSeparator();
+    addCommand(menu, "showInCalendar", QCoreApplication::translate("Vantle", "Show in Calendar Application"));
+}
+
+void VTMainMenu::buildHelpMenu()
+{
+    QMenu *menu = addGroup(QCoreApplication::translate("Vantle", "Help"), "helpMenu");
+    addCommand(menu, "showShortcuts");
+    addCommand(menu, "showFeedbackWindow", QCoreApplication::translate("Vantle", "Send Feedback…"));
 }
 
 void VTMainMenu::buildGoMenu()
@@ -100,6 +129,7 @@ QMenu *VTMainMenu::addGroup(const QString &title, const char *objectName)
     QMenu *menu = addMenu(title);
     menu->setObjectName(QLatin1String(objectName));
     menu->setAccessibleName(title);
+    VTGiveMnemonics(*menu);
     return menu;
 }
 

@@ -4,7 +4,8 @@
 #include <QList>
 #include <QMenu>
 
-// The menu behind the date bar's button, with everything that the window can do.
+// The menu behind the date bar's button, with everything that the program can do,
+// in the groups of a menu bar. Every entry has a letter of its own.
 //
 // Each action has its command's name as object name and its keys from the
 // keyboard map; what it does is connected by the window's controller.
@@ -31,10 +32,13 @@ private:
     void addCheckableCommand(QMenu *menu, const char *name);
     void addCheckableCommand(QMenu *menu, const char *name, const QString &text);
     void addGoAction(QMenu *menu, const char *name, int tag);
-    void buildItemMenu();
+    void buildProgramMenu();
+    void buildFileMenu();
+    void buildEditMenu();
+    void buildViewMenu();
     void buildGoMenu();
     void buildTaskMenu();
-    void buildViewMenu();
+    void buildHelpMenu();
 
     QList<QAction *> m_commands;
     QList<QAction *> m_goActions;

@@ -3,6 +3,7 @@
 
 #include "VTKeyboardMap.h"
 #include "VTMainMenu.h"
+#include "VTMnemonics.h"
 #include "VTShortcutsWindow.h"
 
 #include <KLVAccordionScrollArea.h>
@@ -132,6 +133,7 @@ void VTMainWindow::buildMenu()
 {
     connect(m_menu->command("quit"), &QAction::triggered, qApp, &QCoreApplication::quit, Qt::QueuedConnection);
 
+    connect(m_menu->command("closeWindow"), &QAction::triggered, this, &QWidget::close);
     connect(m_menu->command("showShortcuts"), &QAction::triggered, this, &VTMainWindow::showShortcuts);
     m_menu->command("showBothLists")->setChecked(true);
 
@@ -159,6 +161,9 @@ void VTMainWindow::buildItemMenus()
     m_itemMenu->addSeparator();
     m_itemMenu->addAction(m_menu->command("undo"));
 
+    VTGiveMnemonics(*m_itemMenu);
+
+    VTGiveMnemonics(*m_newMenu);
     m_newMenu->setObjectName(u"newMenu"_s);
     m_newMenu->setAccessibleName(m_dateBar->newButton()->accessibleName());
     for (const char *name : { "newEvent", "newTask" })

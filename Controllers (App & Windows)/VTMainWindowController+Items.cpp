@@ -7,6 +7,7 @@
 #include <Beeper.h>
 #include <CalCalendarStore+VTHelper.h>
 #include <CalCalendarStore.h>
+#include <CalendarApplication.h>
 #include <DesktopAlerts.h>
 #include <KLVAccordionView.h>
 #include <KLVView.h>
@@ -148,9 +149,19 @@ void VTMainWindowController::connectItemCommands()
     connect(m_window, &VTMainWindow::contextMenuRequested, this, &VTMainWindowController::popUpContextMenuAtSelection);
     connect(&m_services.store, &CalCalendarStore::undoableRemovalDidChange, this,
         &VTMainWindowController::updateItemCommands);
-    menu.command("showInCalendar")->setVisible(m_services.calendarApplication != nullptr);
+    for (const QMenu *opened : { static_cast<QMenu *>(m_window->menu()), m_window->itemMenu() })
+        connect(opened, &QMenu::aboutToShow, this, &VTMainWindowController::offerCalendarApplication);
+    offerCalendarApplication();
     m_bindings.push_back(std::make_unique<KeyValueBinding>(
         *this, u"selectedCalItem"_s, [this](const QVariant & /*item*/) { updateItemCommands(); }));
+}
+
+// Programs come and go while Vantle runs.
+void VTMainWindowController::offerCalendarApplication()
+{
+    const bool isInstalled = m_services.calendarApplication && m_services.calendarApplication->isInstalled();
+    for (const char *name : { "showInCalendar", "launchICal" })
+        m_window->menu()->command(name)->setVisible(isInstalled);
 }
 
 void VTMainWindowController::updateItemCommands()

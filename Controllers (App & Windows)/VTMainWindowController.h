@@ -270,6 +270,7 @@ private:
     bool isEditing() const;
     void connectItemCommands();
     // What the commands on the selected item are called, and whether they can act.
+    void offerCalendarApplication();
     void updateItemCommands();
     void popUpContextMenuAtSelection();
 

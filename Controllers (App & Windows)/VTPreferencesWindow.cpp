@@ -14,6 +14,7 @@
 #include <QRadioButton>
 #include <QScopedValueRollback>
 #include <QShortcut>
+#include <QShowEvent>
 #include <QVBoxLayout>
 
 #include <algorithm>
@@ -281,6 +282,8 @@ void VTPreferencesWindow::showEvent(QShowEvent *event)
     const QScopedValueRollback told(m_isBeingTold, true);
     m_startsAtLogin->setChecked(m_autostart.isEnabled());
     m_loginNote->hide();
+    if (!event->spontaneous())
+        m_iconStatus->checkedButton()->setFocus();
     fit();
     QDialog::showEvent(event);
 }

@@ -1192,5 +1192,169 @@ Geben Sie das Passwort des Kontos in dem Programm ein, das Ihre Kalender verwalt
         <source>Quit Vantle</source>
         <translation>Vantle beenden</translation>
     </message>
+    <message>
+        <source>Another program already uses these keys. Choose others.</source>
+        <translation>Ein anderes Programm verwendet diese Tasten schon. Bitte andere wählen.</translation>
+    </message>
+    <message>
+        <source>These keys already belong to another hot key of Vantle. Choose others.</source>
+        <translation>Diese Tasten gehören schon zu einem anderen Kürzel von Vantle. Bitte andere wählen.</translation>
+    </message>
+    <message>
+        <source>This keyboard does not have that key. Choose another.</source>
+        <translation>Diese Tastatur hat die Taste nicht. Bitte eine andere wählen.</translation>
+    </message>
+    <message>
+        <source>This keyboard does not have that modifier key. Choose another combination.</source>
+        <translation>Diese Tastatur hat die Umschalttaste nicht. Bitte eine andere Kombination wählen.</translation>
+    </message>
+    <message>
+        <source>Active.</source>
+        <translation>Aktiv.</translation>
+    </message>
+    <message>
+        <source>Active. The desktop’s name for it: %1</source>
+        <translation>Aktiv. Beim Desktop heißt es: %1</translation>
+    </message>
+    <message>
+        <source>Waiting for the desktop to allow it.</source>
+        <translation>Wartet auf die Erlaubnis des Desktops.</translation>
+    </message>
+    <message>
+        <source>This desktop offers no global hot keys to programs.</source>
+        <translation>Dieser Desktop bietet Programmen keine globalen Tastenkürzel.</translation>
+    </message>
+    <message>
+        <source>This desktop offers no global hot keys to programs. Bind this command in its keyboard settings: %1</source>
+        <translation>Dieser Desktop bietet Programmen keine globalen Tastenkürzel. In seinen Tastatureinstellungen lässt sich dieser Befehl belegen: %1</translation>
+    </message>
+    <message>
+        <source>It was declined when the desktop asked. Change it to be asked again.</source>
+        <translation>Es wurde abgelehnt, als der Desktop fragte. Wer es ändert, wird noch einmal gefragt.</translation>
+    </message>
+    <message>
+        <source>The desktop did not set it up.</source>
+        <translation>Der Desktop hat es nicht eingerichtet.</translation>
+    </message>
+    <message>
+        <source>The desktop gave it no keys. Choose them in the desktop’s settings.</source>
+        <translation>Der Desktop hat ihm keine Tasten gegeben. Sie lassen sich in seinen Einstellungen wählen.</translation>
+    </message>
+    <message>
+        <source>“%1” is too long.</source>
+        <translation>„%1“ ist zu lang.</translation>
+    </message>
+    <message>
+        <source>“%1” cannot be started.</source>
+        <translation>„%1“ lässt sich nicht starten.</translation>
+    </message>
+    <message>
+        <source>About Vantle</source>
+        <translation>Über Vantle</translation>
+    </message>
+    <message>
+        <source>Version %1</source>
+        <translation>Version %1</translation>
+    </message>
+    <message>
+        <source>Licence: %1</source>
+        <translation>Lizenz: %1</translation>
+    </message>
+    <message>
+        <source>&amp;Website…</source>
+        <translation>&amp;Webseite …</translation>
+    </message>
+    <message>
+        <source>&amp;Close</source>
+        <translation>&amp;Schließen</translation>
+    </message>
+    <message>
+        <source>Close Window</source>
+        <translation>Fenster schließen</translation>
+    </message>
+    <message>
+        <source>Check for Updates…</source>
+        <translation>Nach Updates suchen …</translation>
+    </message>
+    <message>
+        <source>Open Calendar Application</source>
+        <translation>Kalenderprogramm öffnen</translation>
+    </message>
+    <message>
+        <source>File</source>
+        <translation>Datei</translation>
+    </message>
+    <message>
+        <source>Help</source>
+        <translation>Hilfe</translation>
+    </message>
+    <message>
+        <source>Send Feedback…</source>
+        <translation>Rückmeldung senden …</translation>
+    </message>
+    <message>
+        <source>Crash Report</source>
+        <translation>Absturzbericht</translation>
+    </message>
+    <message>
+        <source>Feedback</source>
+        <translation>Rückmeldung</translation>
+    </message>
+    <message>
+        <source>Vantle ended unexpectedly the last time. You can tell the developers about it: nothing is sent unless you send it.</source>
+        <translation>Vantle wurde beim letzten Mal unerwartet beendet. Sie können es den Entwicklern berichten: Nichts wird gesendet, wenn Sie es nicht selbst senden.</translation>
+    </message>
+    <message>
+        <source>Tell the developers what is missing or goes wrong, or what you like. Nothing is sent unless you send it.</source>
+        <translation>Schreiben Sie den Entwicklern, was fehlt oder nicht klappt oder was Ihnen gefällt. Nichts wird gesendet, wenn Sie es nicht selbst senden.</translation>
+    </message>
+    <message>
+        <source>&amp;Message</source>
+        <translation>&amp;Nachricht</translation>
+    </message>
+    <message>
+        <source>What did you do when it happened?</source>
+        <translation>Was haben Sie gerade getan?</translation>
+    </message>
+    <message>
+        <source>What did you do, and what did you expect?</source>
+        <translation>Was haben Sie getan, und was haben Sie erwartet?</translation>
+    </message>
+    <message>
+        <source>&amp;Details, which you can change</source>
+        <translation>&amp;Einzelheiten, die Sie ändern können</translation>
+    </message>
+    <message>
+        <source>&amp;Copy</source>
+        <translation>&amp;Kopieren</translation>
+    </message>
+    <message>
+        <source>&amp;Save…</source>
+        <translation>&amp;Sichern …</translation>
+    </message>
+    <message>
+        <source>&amp;Issue Page…</source>
+        <translation>&amp;Fehlerseite …</translation>
+    </message>
+    <message>
+        <source>&amp;E-Mail…</source>
+        <translation>E-&amp;Mail …</translation>
+    </message>
+    <message>
+        <source>Crash of %1</source>
+        <translation>Absturz von %1</translation>
+    </message>
+    <message>
+        <source>Feedback on %1</source>
+        <translation>Rückmeldung zu %1</translation>
+    </message>
+    <message>
+        <source>[The whole report is in the clipboard: please paste it here.]</source>
+        <translation>[Der ganze Bericht ist in der Zwischenablage: bitte hier einfügen.]</translation>
+    </message>
+    <message>
+        <source>The report could not be saved.</source>
+        <translation>Der Bericht konnte nicht gesichert werden.</translation>
+    </message>
 </context>
 </TS>

@@ -221,9 +221,12 @@ class Vantle:
                      if element.name == name and "menu" in element.role and element.has(Atspi.StateType.SHOWING)
                      and element.rectangle[2] > 0), None)
 
+    def all_showing(self, role, name):
+        return [element for element in self._application().everything()
+                if element.role == role and element.name == name and element.has(Atspi.StateType.SHOWING)]
+
     def find_showing(self, role, name):
-        return next((element for element in self._application().everything()
-                     if element.role == role and element.name == name and element.has(Atspi.StateType.SHOWING)), None)
+        return next(iter(self.all_showing(role, name)), None)
 
     @staticmethod
     def is_selected(element):

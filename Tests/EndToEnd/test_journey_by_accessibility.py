@@ -17,13 +17,17 @@ class AssistiveTechnology:
     def _use(self, find, action, what):
         eventually(find, what=what).act(action)
 
-    def _command(self, name):
+    def _command(self, group, name):
         self._use(lambda: self.vantle.top.find("push button", "Menu"), "Press", "the menu button")
-        item = eventually(lambda: self.vantle.find_showing("menu item", name), what=f"the command {name}")
+        opened = eventually(lambda: self.vantle.find_showing("menu item", group), what=f"the menu {group}")
+        opened.act(next(action for action in ("Press", "ShowMenu") if action in opened.actions()))
+        # A group and a command in it may have the same name.
+        others = 1 if name == group else 0
+        item = eventually(lambda: self.vantle.all_showing("menu item", name)[others:], what=f"the command {name}")[-1]
         item.act("Press")
 
     def new(self, name):
-        self._command({"Event": "New Event", "To do": "New To Do"}[name])
+        self._command("File", {"Event": "New Event", "To do": "New To Do"}[name])
         return self.vantle.sheet(name)
 
     def _select(self, kind, title):
@@ -32,7 +36,7 @@ class AssistiveTechnology:
 
     def edit(self, kind, title, name):
         self._select(kind, title)
-        self._command("Edit")
+        self._command("Edit", "Edit")
         return self.vantle.sheet(name)
 
     def type(self, sheet, name, text):
@@ -82,10 +86,10 @@ class AssistiveTechnology:
 
     def delete(self, kind, title):
         self._select(kind, title)
-        self._command("Delete")
+        self._command("Edit", "Delete")
 
     def undo(self, title):
-        self._command(f"Undo Delete of “{title}”")
+        self._command("Edit", f"Undo Delete of “{title}”")
 
 
 class JourneyByAccessibility(unittest.TestCase):
