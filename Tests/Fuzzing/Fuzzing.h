@@ -32,7 +32,7 @@ public:
 
 private:
     QByteArray m_text;
-    std::array<uint8_t, 4> m_choices {};
+    std::array<uint8_t, 8> m_choices {};
     size_t m_next = 0;
 };
 
