@@ -154,8 +154,13 @@ void TextPatcher::appendComponent(int parent, const QByteArrayList &lines)
     if (!hasComponent(parent))
         return;
     const Component &place = m_lines.components()[static_cast<std::size_t>(parent)];
-    const qsizetype at = m_lines.lines()[static_cast<std::size_t>(place.lastLine)].begin;
-    m_edits.push_back({ at, at, foldedLines(lines), parent, {} });
+    const ContentLine &last = m_lines.lines()[static_cast<std::size_t>(place.lastLine)];
+    // A damaged text may close the component only by closing what is around it: its last line can be that of
+    // a component within.
+    const bool isClosed = last.component == parent && propertyName(m_lines.unfolded(last)) == "END";
+    const qsizetype at = isClosed ? last.begin : last.end;
+    const QByteArray lineEnd = at > last.begin && lineEndOf(last).isEmpty() ? m_lines.lineEnd() : QByteArray();
+    m_edits.push_back({ at, at, lineEnd + foldedLines(lines), parent, {} });
 }
 
 void TextPatcher::insertComponentBefore(int component, const QByteArrayList &lines)

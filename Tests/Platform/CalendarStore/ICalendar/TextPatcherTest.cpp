@@ -45,6 +45,7 @@ private Q_SLOTS:
     void linesAreFoldedOnlyBetweenCharacters();
 
     void componentsAreAddedAndRemoved();
+    void aComponentIsAddedWhereTheEndIsMissing();
     void whatIsInARemovedComponentGoesWithIt();
     void theSameDefinitionIsInsertedOnce();
     void theFirstOfSeveralLinesIsChangedAlone();
@@ -269,6 +270,18 @@ void TextPatcherTest::componentsAreAddedAndRemoved()
     const QByteArray expected = "BEGIN:VCALENDAR\nBEGIN:VEVENT\nUID:a\nSUMMARY:S\nX-LAST:1\nBEGIN:VALARM\nX:"
         + QByteArray(73, '2') + "\n " + QByteArray(7, '2') + "\nEND:VALARM\nEND:VEVENT\nEND:VCALENDAR";
     QCOMPARE(patcher.patchedText(), expected);
+}
+
+void TextPatcherTest::aComponentIsAddedWhereTheEndIsMissing()
+{
+    TextPatcher patcher("BEGIN:VCALENDAR\nBEGIN:VEVENT\nUID:a\nBEGIN:X-ODD\nX:1\nEND:X-ODD\nEND:VCALENDAR\n");
+
+    patcher.appendComponent(1, { "BEGIN:VALARM", "X:2", "END:VALARM" });
+
+    QCOMPARE(patcher.patchedText(),
+        QByteArray("BEGIN:VCALENDAR\nBEGIN:VEVENT\nUID:a\nBEGIN:X-ODD\nX:1\nEND:X-ODD\n"
+                   "BEGIN:VALARM\nX:2\nEND:VALARM\nEND:VCALENDAR\n"));
+    QCOMPARE(TextPatcher(patcher.patchedText()).componentsWithin(1, "VALARM").size(), 1U);
 }
 
 void TextPatcherTest::whatIsInARemovedComponentGoesWithIt()
