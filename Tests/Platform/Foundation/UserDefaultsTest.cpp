@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "TestRegistry.h"
+#include "UnprivilegedScope.h"
 
 #include <UserDefaults.h>
 
@@ -7,8 +8,6 @@
 #include <QFile>
 #include <QTemporaryDir>
 #include <QTest>
-
-#include <unistd.h>
 
 using namespace Qt::StringLiterals;
 
@@ -37,32 +36,6 @@ QByteArray content(const QString &path)
     QFile file(path);
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
-
-// Permissions mean nothing to the administrator, so a test of them runs as nobody in particular.
-class UnprivilegedScope final
-{
-public:
-    explicit UnprivilegedScope(const QStringList &ownedPaths)
-        : m_wasRoot(::geteuid() == 0)
-    {
-        constexpr uid_t nobody = 65534;
-        if (!m_wasRoot)
-            return;
-        for (const QString &path : ownedPaths)
-            QCOMPARE(::chown(QFile::encodeName(path).constData(), nobody, nobody), 0);
-        QCOMPARE(::seteuid(nobody), 0);
-    }
-    ~UnprivilegedScope()
-    {
-        if (m_wasRoot && ::seteuid(0) != 0)
-            qFatal("The test cannot become administrator again");
-    }
-    UnprivilegedScope(const UnprivilegedScope &) = delete;
-    UnprivilegedScope &operator=(const UnprivilegedScope &) = delete;
-
-private:
-    bool m_wasRoot;
-};
 
 } // namespace
 
