@@ -75,11 +75,7 @@ public:
     int columnCount(const QModelIndex &parent) const override { return parent.isValid() ? 0 : buttonColumn + 1; }
     QVariant data(const QModelIndex &index, int role) const override
     {
-        if (!m_dataSource)
-            return {};
-        if (role == Qt::AccessibleTextRole)
-            return accessibleText(index);
-        if (role != Qt::DisplayRole && role != Qt::ToolTipRole)
+        if (!m_dataSource || (role != Qt::DisplayRole && role != Qt::ToolTipRole))
             return {};
         const QVariant value
             = m_dataSource->tableView_objectValueForTableColumn_row(&m_view, index.column(), index.row());
@@ -88,14 +84,6 @@ public:
     }
 
 private:
-    QString accessibleText(const QModelIndex &index) const
-    {
-        const QString text = this->index(index.row(), textColumn).data().toString();
-        if (text.isEmpty())
-            return QCoreApplication::translate("Vantle", "empty");
-        return index.column() == buttonColumn ? m_view.m_buttonTitle : text;
-    }
-
     KLVTableView &m_view;
     KLVTableViewDataSource *m_dataSource = nullptr;
     int m_rows = 0;

@@ -1129,10 +1129,6 @@ Geben Sie das Passwort des Kontos in dem Programm ein, das Ihre Kalender verwalt
         <translation>Nächster Monat</translation>
     </message>
     <message>
-        <source>empty</source>
-        <translation>leer</translation>
-    </message>
-    <message>
         <source>Tick Selected To Do</source>
         <translation>Ausgewählte Aufgabe abhaken</translation>
     </message>
