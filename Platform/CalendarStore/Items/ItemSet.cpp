@@ -72,6 +72,11 @@ void ItemSet::nameTheNameless()
             each.uid = m_name;
         if (!each.uid.isEmpty())
             continue;
+        // An override belongs to the series that has no UID either.
+        if (each.recurrenceId) {
+            each.uid = m_name;
+            continue;
+        }
         ++nameless;
         each.uid = nameless == 1 ? m_name : u"%1#%2"_s.arg(m_name).arg(nameless);
     }
