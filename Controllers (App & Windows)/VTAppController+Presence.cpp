@@ -259,7 +259,11 @@ void VTAppController::performLauncherAction(const QString &name)
         showWindowAndMakeActiveApp();
         m_mainWindowController.setDateToNow();
     } else if (name == u"toggle"_s) {
-        toggleAppHiddenStatus();
+        // What was started to be shown is not hidden at once, however soon it was in front.
+        if (m_services.launcher.isStarting())
+            showWindowAndMakeActiveApp();
+        else
+            toggleAppHiddenStatus();
     } else if (name == u"preferences"_s) {
         showPreferences();
     }

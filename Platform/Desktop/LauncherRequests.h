@@ -16,6 +16,8 @@ public:
 
     // False when nobody can ask: a further start is then a program of its own.
     virtual bool isReachable() const { return true; }
+    // Whether the request that is being told of is the one for which the program was started.
+    virtual bool isStarting() const { return false; }
 
 Q_SIGNALS:
     void activationRequested(const ActivationToken &token);

@@ -42,6 +42,7 @@ QVariantMap platformDataOf(const ActivationToken &token)
 SingleInstance::SingleInstance(const QDBusConnection &bus, QObject *parent)
     : LauncherRequests(parent)
     , m_bus(bus)
+    , m_isStarting(qEnvironmentVariableIsSet("DBUS_STARTER_ADDRESS"))
 {
     new FreedesktopApplicationAdaptor(this);
 }
@@ -95,6 +96,17 @@ bool SingleInstance::claim()
     return m_isOwner;
 }
 
+void SingleInstance::tellLater(std::function<void()> tell)
+{
+    QMetaObject::invokeMethod(
+        this,
+        [this, tell = std::move(tell)] {
+            tell();
+            m_isStarting = false;
+        },
+        Qt::QueuedConnection);
+}
+
 FreedesktopApplicationAdaptor::FreedesktopApplicationAdaptor(SingleInstance *instance)
     : QDBusAbstractAdaptor(instance)
     , m_instance(*instance)
@@ -103,22 +115,17 @@ FreedesktopApplicationAdaptor::FreedesktopApplicationAdaptor(SingleInstance *ins
 
 void FreedesktopApplicationAdaptor::Activate(const QVariantMap &platformData)
 {
-    QMetaObject::invokeMethod(
-        &m_instance, [this, token = tokenOf(platformData)] { Q_EMIT m_instance.activationRequested(token); },
-        Qt::QueuedConnection);
+    m_instance.tellLater([this, token = tokenOf(platformData)] { Q_EMIT m_instance.activationRequested(token); });
 }
 
 void FreedesktopApplicationAdaptor::Open(const QStringList &uris, const QVariantMap &platformData)
 {
-    QMetaObject::invokeMethod(
-        &m_instance, [this, uris, token = tokenOf(platformData)] { Q_EMIT m_instance.openRequested(uris, token); },
-        Qt::QueuedConnection);
+    m_instance.tellLater([this, uris, token = tokenOf(platformData)] { Q_EMIT m_instance.openRequested(uris, token); });
 }
 
 void FreedesktopApplicationAdaptor::ActivateAction(
     const QString &name, const QVariantList & /*parameters*/, const QVariantMap &platformData)
 {
-    QMetaObject::invokeMethod(
-        &m_instance, [this, name, token = tokenOf(platformData)] { Q_EMIT m_instance.actionRequested(name, token); },
-        Qt::QueuedConnection);
+    m_instance.tellLater(
+        [this, name, token = tokenOf(platformData)] { Q_EMIT m_instance.actionRequested(name, token); });
 }

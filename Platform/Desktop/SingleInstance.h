@@ -7,6 +7,8 @@
 #include <QDBusConnection>
 #include <QVariantMap>
 
+#include <functional>
+
 // Holds the application's name on the session bus, so that it runs once, and
 // answers there as org.freedesktop.Application: launchers, gapplication and
 // further starts reach the running one.
@@ -29,15 +31,21 @@ public:
     Start begin(const ActivationToken &token);
 
     bool isReachable() const override { return m_isOwner; }
+    bool isStarting() const override { return m_isStarting; }
 
     static QString serviceName();
     static QString objectPath();
 
 private:
+    friend class FreedesktopApplicationAdaptor;
+
     bool claim();
+    // Tells of a request from the event loop.
+    void tellLater(std::function<void()> tell);
 
     QDBusConnection m_bus;
     bool m_isOwner = false;
+    bool m_isStarting; // the bus started this program for a request that is still to come
 };
 
 // The interface itself. What it hears goes on from the event loop, so that the

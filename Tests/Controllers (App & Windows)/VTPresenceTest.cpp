@@ -64,6 +64,7 @@ private Q_SLOTS:
     void reopeningAlwaysShowsTheWindow();
     void filesAreNotOpened();
     void launcherActionsWork();
+    void keyThatStartedTheProgramShowsIt();
     void launcherTokenReachesTheWindowManager();
     void keyWindowIsAnnouncedAnew();
     void closingTheWindowEndsOnlyWhatCannotComeBack_data();
@@ -455,6 +456,26 @@ void VTPresenceTest::launcherActionsWork()
 
     ask(u"new-todo"_s);
     QVERIFY(app.mainWindowController()->taskEditController()->isOpen());
+}
+
+void VTPresenceTest::keyThatStartedTheProgramShowsIt()
+{
+    class Starting : public LauncherRequests
+    {
+    public:
+        bool isStarting() const override { return true; }
+    };
+    ApplicationFixture fixture;
+    Starting launcher;
+    VTAppController::Services services = fixture.appServices();
+    VTAppController app({ services.window, services.appearance, services.windowState, services.statusBar,
+        services.hotKeyCenter, services.keyboardLayouts, launcher });
+    app.awakeFromNib();
+    fixture.presence.applicationIsActive = true;
+
+    Q_EMIT launcher.actionRequested(u"toggle"_s, {});
+
+    QCOMPARE(fixture.presence.calls.constLast(), u"bringToFront mainWindow"_s);
 }
 
 void VTPresenceTest::launcherTokenReachesTheWindowManager()

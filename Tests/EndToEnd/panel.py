@@ -63,7 +63,8 @@ class Panel:
     def close(self):
         self.process.close()
         # It read the settings of this home.
-        answer = subprocess.run(["gdbus", "call", "--session", "--dest", "org.freedesktop.DBus", "--object-path", "/",
+        answer = subprocess.run(["gdbus", "call", "--session", "--dest", "org.freedesktop.DBus", "--object-path",
+                                 "/org/freedesktop/DBus",
                                  "--method", "org.freedesktop.DBus.GetConnectionUnixProcessID", "org.xfce.Xfconf"],
                                 capture_output=True, text=True, check=False).stdout
         number = re.search(r"uint32 (\d+)", answer)

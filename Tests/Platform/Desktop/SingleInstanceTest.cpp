@@ -24,6 +24,7 @@ private Q_SLOTS:
     void launcherActivates();
     void launcherPerformsAnAction();
     void launcherOpensFiles();
+    void requestThatStartedTheProgramIsTheFirstOne();
 
 private:
     QDBusMessage send(const QString &method, const QVariantList &arguments);
@@ -129,6 +130,23 @@ void SingleInstanceTest::launcherOpensFiles()
     QCOMPARE(answer.type(), QDBusMessage::ReplyMessage);
     QTRY_COMPARE(requests.count(), 1);
     QCOMPARE(requests.first().first().toStringList(), QStringList { u"file:///x.ics"_s });
+}
+
+void SingleInstanceTest::requestThatStartedTheProgramIsTheFirstOne()
+{
+    qputenv("DBUS_STARTER_ADDRESS", "unix:path=/of/the/bus");
+    SingleInstance instance(m_bus.connect());
+    qunsetenv("DBUS_STARTER_ADDRESS");
+    QCOMPARE(instance.begin({}), SingleInstance::Start::First);
+    QList<bool> starting;
+    connect(&instance, &LauncherRequests::actionRequested, this, [&] { starting << instance.isStarting(); });
+
+    send(u"ActivateAction"_s, { u"toggle"_s, QVariantList(), QVariantMap() });
+    QTRY_COMPARE(starting.size(), 1);
+    send(u"ActivateAction"_s, { u"toggle"_s, QVariantList(), QVariantMap() });
+    QTRY_COMPARE(starting.size(), 2);
+
+    QCOMPARE(starting, (QList { true, false }));
 }
 
 VANTLE_TEST(SingleInstanceTest)
