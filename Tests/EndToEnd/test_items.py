@@ -7,7 +7,7 @@ import datetime as dt
 import re
 import unittest
 
-from driver import Home, Vantle, eventually, run
+from driver import Atspi, Home, Vantle, eventually, run
 
 # What differs from run to run, and says nothing of what the person did.
 OWN = re.compile(rb"(UID|DTSTAMP|CREATED|LAST-MODIFIED|PRODID|SEQUENCE|COMPLETED):")
@@ -143,7 +143,9 @@ class Items(unittest.TestCase):
     def test_a_to_do_with_a_due_date_is_ticked_and_unticked(self):
         sheet = self.open_new("ctrl+shift+n", "To do")
         self.vantle.type("Order bulbs")
-        self.vantle.click(sheet.find("check box", "Has a due date"))
+        box = sheet.find("check box", "Has a due date")
+        self.vantle.click(box)
+        eventually(lambda: box.has(Atspi.StateType.CHECKED), what="a due date")
         self.vantle.press("Return")
         self.vantle.wait_until_closed("To do")
         file = self.only_file("Home")
