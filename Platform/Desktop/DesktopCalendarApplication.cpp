@@ -163,8 +163,12 @@ void DesktopCalendarApplication::perform(const Program &program, const QStringLi
     m_steps = new QObject(this);
     m_second = second;
     m_patience->start(patience);
+    // Later in any case, so that a wish that follows at once takes the place of this one.
     if (!m_bus.isConnected()) {
-        startFirst(program, first);
+        auto *later = new QTimer(m_steps);
+        later->setSingleShot(true);
+        connect(later, &QTimer::timeout, m_steps, [this, &program, first] { startFirst(program, first); });
+        later->start();
         return;
     }
     QDBusMessage question = QDBusMessage::createMethodCall(
