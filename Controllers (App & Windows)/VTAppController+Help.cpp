@@ -65,12 +65,12 @@ void VTAppController::showReportWindow(const QString &crashReport)
     presence().bringToFront(*window);
 }
 
-void VTAppController::checkForUpdates(QObject * /*sender*/)
+void VTAppController::checkForUpdates(QObject * /*sender*/) const
 {
     m_services.help.softwareCentre.showComponent(m_services.help.metadata.componentId);
 }
 
-void VTAppController::launchICal(QObject * /*sender*/)
+void VTAppController::launchICal(QObject * /*sender*/) const
 {
     if (m_services.window.calendarApplication)
         m_services.window.calendarApplication->activate();

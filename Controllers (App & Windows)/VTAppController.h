@@ -124,9 +124,9 @@ public:
     Q_INVOKABLE void showAbout(QObject *sender = nullptr);
     Q_INVOKABLE void showFeedbackWindow(QObject *sender = nullptr);
     // In the desktop's software centre; nothing where there is none.
-    Q_INVOKABLE void checkForUpdates(QObject *sender = nullptr);
+    Q_INVOKABLE void checkForUpdates(QObject *sender = nullptr) const;
     // Brings the desktop's calendar program to the front; nothing where there is none.
-    Q_INVOKABLE void launchICal(QObject *sender = nullptr);
+    Q_INVOKABLE void launchICal(QObject *sender = nullptr) const;
 
 private:
     struct HotKey;

@@ -154,7 +154,7 @@ QString VTFeedbackWindow::subject() const
 
 QString VTFeedbackWindow::bodyForAddress() const
 {
-    const QString whole = report();
+    QString whole = report();
     const QString body = fitting(whole, mostBytesOfBody);
     if (body == whole)
         return whole;

@@ -26,10 +26,8 @@ QList<AccountSettings::Program> AccountSettings::programsFor(const QString &desk
 
 bool AccountSettings::open(const QString &desktop)
 {
-    for (const Program &program : programsFor(desktop)) {
+    return std::ranges::any_of(programsFor(desktop), [](const Program &program) {
         const QString path = QStandardPaths::findExecutable(program.name);
-        if (!path.isEmpty() && QProcess::startDetached(path, program.arguments))
-            return true;
-    }
-    return false;
+        return !path.isEmpty() && QProcess::startDetached(path, program.arguments);
+    });
 }

@@ -314,7 +314,7 @@ void SourceClient::take(const QString &uid, const QByteArray &text, Author autho
     if (known)
         m_index.remove(*known);
     m_index.add(*set);
-    m_sets.insert(uid, std::move(set));
+    m_sets.insert(uid, set);
     Q_EMIT itemsChanged(author);
 }
 

@@ -125,7 +125,7 @@ Result<QList<ComponentText>, ServiceFault> StoredObjects::write(
     const CalendarParts old(before);
     const CalendarParts wanted(after);
     if (const auto changed = change(uid, old, wanted); !changed) {
-        const ServiceFault fault = changed.error();
+        const ServiceFault &fault = changed.error();
         if (fault.kind == Kind::NoAnswer)
             m_source.setUnanswering(true);
         if (wanted.components.size() + old.components.size() > 2 && fault.kind != Kind::Lost
@@ -161,7 +161,7 @@ Result<void, ServiceFault> StoredObjects::change(
             return {};
         return faultOf(failure, deadline);
     }
-    if (const auto told = tellZones(after, deadline.cancellable()); !told)
+    if (auto told = tellZones(after, deadline.cancellable()); !told)
         return told;
 
     for (const ComponentText &each : before.components) {

@@ -175,7 +175,7 @@ Result<void, StoreError> TwoStepSaver::proceed(CalEvent &event, CalSpan span)
         return {};
     }
     forget();
-    m_saver.countAsReadAnew(event, *from, *written.value());
+    ItemSaver::countAsReadAnew(event, *from, *written.value());
     return {};
 }
 
