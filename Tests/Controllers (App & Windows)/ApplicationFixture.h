@@ -33,8 +33,8 @@ struct ApplicationFixture : MainWindowFixture {
     {
         VTMainWindowServices windowServices = services();
         windowServices.presence = &presence;
-        return { windowServices, appearance, WindowStateFile(folder.filePath(QStringLiteral("window.json"))), statusBar, center,
-            KeyboardLayouts::current(), launcher };
+        return { windowServices, appearance, WindowStateFile(folder.filePath(QStringLiteral("window.json"))), statusBar,
+            center, KeyboardLayouts::current(), launcher };
     }
 
     // The one that the desktop was asked for under this identifier; null for none.

@@ -60,7 +60,7 @@ ServiceSaver::Sent ServiceSaver::send(CalTask &task)
         ? Items::patchedText(stored.value().text, stored.value().item(), task, m_clock.now())
         : stored.value().text;
     std::unique_ptr<CalDeparture> departure
-        = std::make_unique<Departure>(*this, task, stored.value(), text, [](bool /*hasLeft*/) { });
+        = std::make_unique<Departure>(*this, task, stored.value(), text, [](bool /*hasLeft*/) {});
     return departure;
 }
 
