@@ -234,11 +234,11 @@ void KLVTableView::changeEvent(QEvent *event)
 // rows instead.
 void KLVTableView::selectionChanged(const QItemSelection &selected, const QItemSelection &deselected)
 {
-    QAbstractItemView::selectionChanged(selected, deselected);
+    QAbstractItemView::selectionChanged(selected, deselected); // NOLINT(bugprone-parent-virtual-call)
     KLVTableViewAccessibility::selectionDidChange(*this);
 }
 
 void KLVTableView::currentChanged(const QModelIndex &current, const QModelIndex &previous)
 {
-    QAbstractItemView::currentChanged(current, previous);
+    QAbstractItemView::currentChanged(current, previous); // NOLINT(bugprone-parent-virtual-call)
 }
