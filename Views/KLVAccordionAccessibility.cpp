@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "KLVAccordionAccessibility.h"
 
+#include "KLVAccessiblePart.h"
 #include "KLVAccordionView.h"
 #include "KLVControl.h"
 
@@ -68,7 +69,7 @@ void collectParts(const KLVView &view, std::vector<const KLVView *> &parts)
 class ListInterface;
 
 // A row, or something that a row shows. Looks for it anew at every question.
-class PartInterface final : public QAccessibleInterface, public QAccessibleActionInterface
+class PartInterface final : public KLVAccessiblePart
 {
 public:
     PartInterface(KLVAccordionView &accordion, PartKey key)
@@ -78,15 +79,10 @@ public:
     }
 
     bool isValid() const override { return view(); }
-    QObject *object() const override { return nullptr; }
-    QWindow *window() const override;
-    QAccessibleInterface *childAt(int x, int y) const override;
     QAccessibleInterface *parent() const override;
     QAccessibleInterface *child(int index) const override;
     int childCount() const override { return static_cast<int>(parts().size()); }
-    int indexOfChild(const QAccessibleInterface *child) const override;
     QString text(QAccessible::Text text) const override;
-    void setText(QAccessible::Text /*text*/, const QString & /*value*/) override { }
     QRect rect() const override;
     QAccessible::Role role() const override;
     QAccessible::State state() const override;
@@ -94,7 +90,6 @@ public:
 
     QStringList actionNames() const override;
     void doAction(const QString &name) override;
-    QStringList keyBindingsForAction(const QString & /*name*/) const override { return {}; }
 
 private:
     bool isRow() const { return m_key.view.isEmpty(); }
@@ -116,11 +111,6 @@ public:
         : QAccessibleWidget(accordion, QAccessible::List)
     {
     }
-    ~ListInterface() override
-    {
-        for (const auto &[key, id] : m_ids)
-            QAccessible::deleteAccessibleInterface(id);
-    }
 
     KLVAccordionView *accordion() const { return static_cast<KLVAccordionView *>(widget()); }
 
@@ -134,20 +124,9 @@ public:
     }
     int indexOfChild(const QAccessibleInterface *child) const override
     {
-        for (int index = 0; index < childCount(); ++index) {
-            if (this->child(index) == child)
-                return index;
-        }
-        return -1;
+        return KLVAccessiblePart::indexOf(child, *this);
     }
-    QAccessibleInterface *childAt(int x, int y) const override
-    {
-        for (int index = 0; index < childCount(); ++index) {
-            if (child(index)->rect().contains(x, y))
-                return child(index);
-        }
-        return nullptr;
-    }
+    QAccessibleInterface *childAt(int x, int y) const override { return KLVAccessiblePart::childOf(*this, x, y); }
     QAccessibleInterface *focusChild() const override
     {
         for (int index = 0; accordion()->hasFocus() && index < childCount(); ++index) {
@@ -159,12 +138,7 @@ public:
 
     QAccessibleInterface *part(const PartKey &key) const
     {
-        const auto known = m_ids.find(key);
-        if (known != m_ids.end())
-            return QAccessible::accessibleInterface(known->second);
-        auto *const made = new PartInterface(*accordion(), key); // owned by QAccessible from here on
-        m_ids.emplace(key, QAccessible::registerAccessibleInterface(made));
-        return made;
+        return m_parts.part(key, [this, &key] { return new PartInterface(*accordion(), key); });
     }
 
     // The rows that are selected now and were not, or the other way round, since this was asked last.
@@ -188,16 +162,11 @@ public:
     void forgetLostRows()
     {
         const auto keys = rowKeys(*accordion());
-        std::erase_if(m_ids, [&](const auto &entry) {
-            if (std::ranges::find(keys, entry.first.row) != keys.end())
-                return false;
-            QAccessible::deleteAccessibleInterface(entry.second);
-            return true;
-        });
+        m_parts.forgetIf([&keys](const PartKey &key) { return std::ranges::find(keys, key.row) == keys.end(); });
     }
 
 private:
-    mutable std::map<PartKey, QAccessible::Id> m_ids;
+    mutable KLVAccessibleParts<PartKey> m_parts;
     std::set<RowKey> m_selected;
 };
 
@@ -239,11 +208,6 @@ std::vector<const KLVView *> PartInterface::parts() const
     return views;
 }
 
-QWindow *PartInterface::window() const
-{
-    return list() ? list()->window() : nullptr;
-}
-
 QAccessibleInterface *PartInterface::parent() const
 {
     if (!list() || isRow())
@@ -257,24 +221,6 @@ QAccessibleInterface *PartInterface::child(int index) const
     if (index < 0 || index >= static_cast<int>(views.size()))
         return nullptr;
     return list()->part({ m_key.row, views[static_cast<std::size_t>(index)]->name() });
-}
-
-int PartInterface::indexOfChild(const QAccessibleInterface *child) const
-{
-    for (int index = 0; index < childCount(); ++index) {
-        if (this->child(index) == child)
-            return index;
-    }
-    return -1;
-}
-
-QAccessibleInterface *PartInterface::childAt(int x, int y) const
-{
-    for (int index = 0; index < childCount(); ++index) {
-        if (child(index)->rect().contains(x, y))
-            return child(index);
-    }
-    return nullptr;
 }
 
 QString PartInterface::text(QAccessible::Text text) const
@@ -336,9 +282,7 @@ QAccessible::State PartInterface::state() const
 
 void *PartInterface::interface_cast(QAccessible::InterfaceType type)
 {
-    if (type == QAccessible::ActionInterface && (isRow() || control()))
-        return static_cast<QAccessibleActionInterface *>(this);
-    return nullptr;
+    return isRow() || control() ? KLVAccessiblePart::interface_cast(type) : nullptr;
 }
 
 QStringList PartInterface::actionNames() const

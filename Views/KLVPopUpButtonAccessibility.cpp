@@ -1,12 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "KLVPopUpButtonAccessibility.h"
 
+#include "KLVAccessiblePart.h"
 #include "KLVPopUpButton.h"
 
 #include <QAccessibleWidget>
 #include <QPointer>
-
-#include <map>
 
 using namespace Qt::StringLiterals;
 
@@ -14,7 +13,7 @@ namespace
 {
 
 // An entry, by its place.
-class EntryInterface final : public QAccessibleInterface, public QAccessibleActionInterface
+class EntryInterface final : public KLVAccessiblePart
 {
 public:
     EntryInterface(KLVPopUpButton &popUp, int row)
@@ -24,16 +23,12 @@ public:
     }
 
     bool isValid() const override { return m_popUp && m_row < m_popUp->count(); }
-    QObject *object() const override { return nullptr; }
-    QWindow *window() const override { return parent() ? parent()->window() : nullptr; }
-    QAccessibleInterface *childAt(int /*x*/, int /*y*/) const override { return nullptr; }
     QAccessibleInterface *parent() const override
     {
         return m_popUp ? QAccessible::queryAccessibleInterface(m_popUp.data()) : nullptr;
     }
     QAccessibleInterface *child(int /*index*/) const override { return nullptr; }
     int childCount() const override { return 0; }
-    int indexOfChild(const QAccessibleInterface * /*child*/) const override { return -1; }
     QString text(QAccessible::Text kind) const override
     {
         if (!isValid())
@@ -43,7 +38,6 @@ public:
         return kind == QAccessible::Description ? m_popUp->itemData(m_row, Qt::AccessibleDescriptionRole).toString()
                                                 : QString();
     }
-    void setText(QAccessible::Text /*kind*/, const QString & /*text*/) override { }
     // Closed, it is where the button is.
     QRect rect() const override { return parent() ? parent()->rect() : QRect(); }
     QAccessible::Role role() const override { return QAccessible::ListItem; }
@@ -57,10 +51,6 @@ public:
         state.selected = isValid() && m_popUp->currentIndex() == m_row;
         return state;
     }
-    void *interface_cast(QAccessible::InterfaceType type) override
-    {
-        return type == QAccessible::ActionInterface ? static_cast<QAccessibleActionInterface *>(this) : nullptr;
-    }
 
     QStringList actionNames() const override { return canBeChosen() ? QStringList(pressAction()) : QStringList(); }
     void doAction(const QString &name) override
@@ -68,7 +58,6 @@ public:
         if (actionNames().contains(name))
             m_popUp->choose(m_row);
     }
-    QStringList keyBindingsForAction(const QString & /*name*/) const override { return {}; }
 
 private:
     bool canBeChosen() const { return isValid() && m_popUp->isEnabled() && m_popUp->isItemEnabled(m_row); }
@@ -84,31 +73,17 @@ public:
         : QAccessibleWidget(popUp, QAccessible::ComboBox)
     {
     }
-    ~PopUpInterface() override
-    {
-        for (const auto &[row, id] : m_ids)
-            QAccessible::deleteAccessibleInterface(id);
-    }
 
     int childCount() const override { return popUp()->count(); }
     QAccessibleInterface *child(int index) const override
     {
         if (index < 0 || index >= childCount())
             return nullptr;
-        const auto known = m_ids.find(index);
-        if (known != m_ids.end())
-            return QAccessible::accessibleInterface(known->second);
-        auto *const made = new EntryInterface(*popUp(), index); // owned by QAccessible from here on
-        m_ids.emplace(index, QAccessible::registerAccessibleInterface(made));
-        return made;
+        return m_entries.part(index, [this, index] { return new EntryInterface(*popUp(), index); });
     }
     int indexOfChild(const QAccessibleInterface *child) const override
     {
-        for (const auto &[row, id] : m_ids) {
-            if (QAccessible::accessibleInterface(id) == child)
-                return row;
-        }
-        return -1;
+        return KLVAccessiblePart::indexOf(child, *this);
     }
     QAccessibleInterface *childAt(int /*x*/, int /*y*/) const override { return nullptr; }
     QString text(QAccessible::Text kind) const override
@@ -140,7 +115,7 @@ public:
 private:
     KLVPopUpButton *popUp() const { return static_cast<KLVPopUpButton *>(widget()); }
 
-    mutable std::map<int, QAccessible::Id> m_ids;
+    mutable KLVAccessibleParts<int> m_entries;
 };
 
 QAccessibleInterface *interfaceFor(const QString & /*className*/, QObject *object)

@@ -1,18 +1,17 @@
 // SPDX-License-Identifier: MIT
 #include "KLVTableViewAccessibility.h"
 
+#include "KLVAccessiblePart.h"
 #include "KLVTableView.h"
 
 #include <QAccessibleWidget>
 #include <QPointer>
 
-#include <map>
-
 namespace
 {
 
 // A row, by its number.
-class RowInterface final : public QAccessibleInterface, public QAccessibleActionInterface
+class RowInterface final : public KLVAccessiblePart
 {
 public:
     RowInterface(KLVTableView &table, int row)
@@ -22,24 +21,16 @@ public:
     }
 
     bool isValid() const override { return m_table && !m_table->textOfRow(m_row).isNull(); }
-    QObject *object() const override { return nullptr; }
-    QWindow *window() const override { return parent() ? parent()->window() : nullptr; }
     QAccessibleInterface *parent() const override
     {
         return m_table ? QAccessible::queryAccessibleInterface(m_table.data()) : nullptr;
     }
     QAccessibleInterface *child(int index) const override { return index == 0 ? button() : nullptr; }
     int childCount() const override { return button() ? 1 : 0; }
-    int indexOfChild(const QAccessibleInterface *child) const override { return child && child == button() ? 0 : -1; }
-    QAccessibleInterface *childAt(int x, int y) const override
-    {
-        return button() && button()->rect().contains(x, y) ? button() : nullptr;
-    }
     QString text(QAccessible::Text kind) const override
     {
         return kind == QAccessible::Name && m_table ? m_table->textOfRow(m_row) : QString();
     }
-    void setText(QAccessible::Text /*kind*/, const QString & /*text*/) override { }
     QRect rect() const override
     {
         if (!isValid())
@@ -65,10 +56,6 @@ public:
         state.focused = state.selected && m_table->hasFocus();
         return state;
     }
-    void *interface_cast(QAccessible::InterfaceType type) override
-    {
-        return type == QAccessible::ActionInterface ? static_cast<QAccessibleActionInterface *>(this) : nullptr;
-    }
 
     QStringList actionNames() const override { return { pressAction(), setFocusAction() }; }
     void doAction(const QString &name) override
@@ -79,7 +66,6 @@ public:
         if (name == setFocusAction())
             m_table->setFocus(Qt::OtherFocusReason);
     }
-    QStringList keyBindingsForAction(const QString & /*name*/) const override { return {}; }
 
 private:
     QAccessibleInterface *button() const
@@ -99,11 +85,6 @@ public:
         : QAccessibleWidget(table, QAccessible::List)
     {
     }
-    ~TableInterface() override
-    {
-        for (const auto &[row, id] : m_ids)
-            QAccessible::deleteAccessibleInterface(id);
-    }
 
     // Rows without a text stand at the end, if there are any.
     int childCount() const override
@@ -117,29 +98,13 @@ public:
     {
         if (index < 0 || index >= childCount())
             return nullptr;
-        const auto known = m_ids.find(index);
-        if (known != m_ids.end())
-            return QAccessible::accessibleInterface(known->second);
-        auto *const made = new RowInterface(*table(), index); // owned by QAccessible from here on
-        m_ids.emplace(index, QAccessible::registerAccessibleInterface(made));
-        return made;
+        return m_rows.part(index, [this, index] { return new RowInterface(*table(), index); });
     }
     int indexOfChild(const QAccessibleInterface *child) const override
     {
-        for (const auto &[row, id] : m_ids) {
-            if (QAccessible::accessibleInterface(id) == child)
-                return row;
-        }
-        return -1;
+        return KLVAccessiblePart::indexOf(child, *this);
     }
-    QAccessibleInterface *childAt(int x, int y) const override
-    {
-        for (int index = 0; index < childCount(); ++index) {
-            if (child(index)->rect().contains(x, y))
-                return child(index);
-        }
-        return nullptr;
-    }
+    QAccessibleInterface *childAt(int x, int y) const override { return KLVAccessiblePart::childOf(*this, x, y); }
     QAccessibleInterface *focusChild() const override
     {
         return table()->hasFocus() ? child(table()->selectedRow()) : nullptr;
@@ -148,7 +113,7 @@ public:
 private:
     KLVTableView *table() const { return static_cast<KLVTableView *>(widget()); }
 
-    mutable std::map<int, QAccessible::Id> m_ids;
+    mutable KLVAccessibleParts<int> m_rows;
 };
 
 QAccessibleInterface *interfaceFor(const QString & /*className*/, QObject *object)
