@@ -10,6 +10,7 @@
 #include <Clock.h>
 #include <FileChooser.h>
 #include <KLVSheet.h>
+#include <KLVText.h>
 
 #include <QButtonGroup>
 #include <QFontMetrics>
@@ -317,7 +318,10 @@ void VTAlarmEditController::setFilePath(const std::optional<QUrl> &url)
     const QFontMetrics metrics(m_actionFilePath->font());
     m_actionFilePath->setText(VTSheetForm::withoutMnemonic(metrics.elidedText(name, Qt::ElideMiddle, longestFileName)));
     m_actionFilePath->setAccessibleName(name);
-    m_actionFilePath->setToolTip(url ? url->toString(QUrl::FullyEncoded).toHtmlEscaped() : QString());
+    const QString target = url ? url->toString(QUrl::FullyEncoded) : QString();
+    m_actionFilePath->setToolTip(KLVText::toolTip(target));
+    // Assistive technology would be given the tool tip with its markup.
+    m_actionFilePath->setAccessibleDescription(target);
 }
 
 void VTAlarmEditController::setProxyAlarm(const CalAlarmPtr &alarm)

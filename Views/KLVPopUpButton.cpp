@@ -2,6 +2,7 @@
 #include "KLVPopUpButton.h"
 
 #include "KLVPopUpButtonAccessibility.h"
+#include "KLVText.h"
 
 #include <QKeyEvent>
 #include <QStandardItemModel>
@@ -22,7 +23,7 @@ void KLVPopUpButton::setItemDisabled(int index, const QString &reason)
     // Without a model of one's own a combo box has this one.
     QStandardItem *const item = qobject_cast<QStandardItemModel *>(model())->item(index);
     item->setEnabled(false);
-    item->setToolTip(reason.toHtmlEscaped());
+    item->setToolTip(KLVText::toolTip(reason));
     item->setAccessibleDescription(reason);
 }
 

@@ -4,6 +4,7 @@
 #include "KLVMetrics.h"
 #include "KLVSign.h"
 #include "KLVTableViewAccessibility.h"
+#include "KLVText.h"
 
 #include <QAbstractTableModel>
 #include <QApplication>
@@ -80,7 +81,7 @@ public:
         const QVariant value
             = m_dataSource->tableView_objectValueForTableColumn_row(&m_view, index.column(), index.row());
         // A tool tip would take markup in a text for its own.
-        return role == Qt::ToolTipRole && value.isValid() ? value.toString().toHtmlEscaped() : value;
+        return role == Qt::ToolTipRole && value.isValid() ? KLVText::toolTip(value.toString()) : value;
     }
 
 private:
@@ -151,7 +152,7 @@ void KLVTableView::addButton(int row)
     // The row has the keyboard, and keys for what the button does.
     button->setFocusPolicy(Qt::NoFocus);
     button->setIcon(signIcon(KLVSign::Gear, palette().color(QPalette::Text), metrics.length(1), devicePixelRatioF()));
-    button->setToolTip(m_buttonTitle.toHtmlEscaped());
+    button->setToolTip(KLVText::toolTip(m_buttonTitle));
     button->setAccessibleName(m_buttonTitle);
     button->setAccessibleDescription(textOfRow(row));
     connect(button, &QToolButton::clicked, this, [this, row] { press(row); });

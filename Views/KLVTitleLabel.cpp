@@ -2,6 +2,7 @@
 #include "KLVTitleLabel.h"
 
 #include "KLVMetrics.h"
+#include "KLVText.h"
 
 #include <QApplication>
 #include <QHelpEvent>
@@ -55,7 +56,7 @@ bool KLVTitleLabel::event(QEvent *event)
         takeFont();
     if (event->type() == QEvent::ToolTip) {
         if (shownText() != text())
-            QToolTip::showText(static_cast<const QHelpEvent *>(event)->globalPos(), text().toHtmlEscaped(), this);
+            QToolTip::showText(static_cast<const QHelpEvent *>(event)->globalPos(), KLVText::toolTip(text()), this);
         return true;
     }
     return QLabel::event(event);

@@ -2,6 +2,7 @@
 #include "EditSheetFixture.h"
 
 #include <CalAlarm+VTHelper.h>
+#include <SeenToolTip.h>
 #include <TestRegistry.h>
 
 using namespace Qt::StringLiterals;
@@ -455,6 +456,8 @@ void VTAlarmEditControllerTest::fileNameIsNoMnemonic()
 
     QCOMPARE(fixture.sheet.actionFilePath()->text(), u"R&&D.pdf"_s);
     QCOMPARE(fixture.sheet.actionFilePath()->accessibleName(), u"R&D.pdf"_s);
+    QCOMPARE(seenInToolTip(fixture.sheet.actionFilePath()->toolTip()), u"file:///srv/R&D.pdf"_s);
+    QCOMPARE(fixture.sheet.actionFilePath()->accessibleDescription(), u"file:///srv/R&D.pdf"_s);
 }
 
 void VTAlarmEditControllerTest::delegateHearsOnceAfterTheSheetHasClosed()

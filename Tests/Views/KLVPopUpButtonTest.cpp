@@ -157,7 +157,7 @@ void KLVPopUpButtonTest::disabledEntryCannotBeChosenAndSaysWhy()
     QVERIFY(popUp.button.isItemEnabled(1));
     QVERIFY(!popUp.button.isItemEnabled(2));
     QCOMPARE(
-        popUp.button.itemData(2, Qt::ToolTipRole).toString(), u"The calendar &lt;b&gt;cannot&lt;/b&gt; hold events."_s);
+        popUp.button.itemData(2, Qt::ToolTipRole).toString(), u"<span>The calendar &lt;b&gt;cannot&lt;/b&gt; hold events.</span>"_s);
 
     popUp.button.showPopup();
     QTest::keyClick(popUp.button.view(), Qt::Key_End);
