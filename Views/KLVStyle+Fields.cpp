@@ -274,6 +274,8 @@ int KLVStyle::pixelMetric(PixelMetric metric, const QStyleOption *option, const 
     case PM_ExclusiveIndicatorWidth:
     case PM_ExclusiveIndicatorHeight:
         return points(indicatorSize);
+    case PM_MessageBoxIconSize:
+        return points(messageIconSize);
     case PM_CheckBoxLabelSpacing:
     case PM_RadioButtonLabelSpacing:
         return points(checkBoxSpacing);

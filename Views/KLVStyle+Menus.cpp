@@ -24,6 +24,7 @@ constexpr qreal sideMargin = 9;
 constexpr qreal markArea = 18; // at the left, for a tick or an icon
 constexpr qreal shortcutGap = 22;
 constexpr qreal arrowArea = 16;
+constexpr qreal arrowGap = 8; // before it
 constexpr qreal popUpMargin = 4;
 constexpr int textSize = 13;
 constexpr int headingWeight = 600;
@@ -204,6 +205,6 @@ QSize KLVStyle::menuItemSize(const QStyleOptionMenuItem &option, const QSize &co
     if (qobject_cast<const QComboBox *>(widget))
         width += 2 * points(popUpMargin);
     if (option.menuItemType == QStyleOptionMenuItem::SubMenu)
-        width += points(arrowArea);
+        width += points(arrowGap) + points(arrowArea);
     return { width, lineBox(itemHeight) };
 }

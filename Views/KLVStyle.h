@@ -11,7 +11,8 @@ class QStyleOptionSpinBox;
 
 // The look of ordinary controls where the desktop brings no style of its own:
 // Qt's plain style, with buttons, fields, pop-ups, indicators, tables, menus,
-// tool tips and scroll bars drawn calm and flat, in the colours of the palette.
+// tool tips, scroll bars and the pictures of message boxes drawn calm and flat, in
+// the colours of the palette.
 //
 // All measures follow the application's font. Whoever has the keyboard shows it
 // by a ring in the accent colour.
@@ -41,6 +42,8 @@ public:
         PixelMetric metric, const QStyleOption *option = nullptr, const QWidget *widget = nullptr) const override;
     int styleHint(StyleHint hint, const QStyleOption *option = nullptr, const QWidget *widget = nullptr,
         QStyleHintReturn *returnData = nullptr) const override;
+    QIcon standardIcon(
+        StandardPixmap kind, const QStyleOption *option = nullptr, const QWidget *widget = nullptr) const override;
 
     using QProxyStyle::polish;
     using QProxyStyle::unpolish;

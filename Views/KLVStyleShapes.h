@@ -14,6 +14,7 @@ inline constexpr qreal focusWidth = 2;
 inline constexpr qreal fieldHeight = 28;
 inline constexpr qreal fieldMargin = 9; // from the edge of a field to its text
 inline constexpr qreal indicatorSize = 14;
+inline constexpr qreal messageIconSize = 32;
 
 // A stated length at the application's font, in whole pixels.
 int points(qreal stated);

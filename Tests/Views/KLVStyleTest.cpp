@@ -86,8 +86,11 @@ private Q_SLOTS:
     void menuIsFlatAndMarksTheItemAtThePointer_data() { addSchemes(); }
     void menuIsFlatAndMarksTheItemAtThePointer();
     void menuShowsTicksInAColumnOfTheirOwn();
+    void arrowOfAGroupStandsApartFromItsText();
     void scrollBarHasNoArrows();
     void cancelStandsBeforeTheDefaultButton();
+    void messagesHaveDrawingsOfOurOwn_data() { addSchemes(); }
+    void messagesHaveDrawingsOfOurOwn();
 
 private:
     TwoRows m_rows;
@@ -415,6 +418,17 @@ void KLVStyleTest::menuShowsTicksInAColumnOfTheirOwn()
     QCOMPARE(checkable.sizeHint().width() - plain.sizeHint().width(), 18);
 }
 
+void KLVStyleTest::arrowOfAGroupStandsApartFromItsText()
+{
+    QMenu plain;
+    plain.addAction(u"To Dos"_s);
+    QMenu grouped;
+    grouped.addMenu(u"To Dos"_s);
+
+    // An area of 16 for the arrow and 8 before it.
+    QCOMPARE(grouped.sizeHint().width() - plain.sizeHint().width(), 24);
+}
+
 void KLVStyleTest::scrollBarHasNoArrows()
 {
     QScrollBar bar(Qt::Vertical);
@@ -445,6 +459,23 @@ void KLVStyleTest::cancelStandsBeforeTheDefaultButton()
     dialog.show();
 
     QVERIFY(buttons.button(QDialogButtonBox::Cancel)->x() < buttons.button(QDialogButtonBox::Save)->x());
+}
+
+void KLVStyleTest::messagesHaveDrawingsOfOurOwn()
+{
+    QFETCH(const bool, isDark);
+    const QPalette palette = isDark ? KLVTheme::darkPalette() : KLVTheme::lightPalette();
+    QWidget window;
+    window.setPalette(palette);
+    const QStyle *const style = QApplication::style();
+    const auto faceOf = [&](QStyle::StandardPixmap kind) {
+        const QImage image = style->standardIcon(kind, nullptr, &window).pixmap(32, 32).toImage();
+        return image.size() == QSize(32, 32) ? image.pixelColor(16, 27) : QColor();
+    };
+
+    QCOMPARE(style->pixelMetric(QStyle::PM_MessageBoxIconSize), 32);
+    VERIFY_COLOR(faceOf(QStyle::SP_MessageBoxQuestion), palette.color(QPalette::Highlight));
+    QVERIFY(KLVTheme::contrast(faceOf(QStyle::SP_MessageBoxWarning), palette.color(QPalette::Window)) >= 3);
 }
 
 VANTLE_TEST(KLVStyleTest)
