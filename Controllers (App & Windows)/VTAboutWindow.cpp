@@ -57,6 +57,7 @@ VTAboutWindow::VTAboutWindow(const ApplicationMetadata &metadata, Workspace &wor
 
     auto *icon = new QLabel(this);
     icon->setAlignment(Qt::AlignHCenter);
+    icon->setAccessibleName(metadata.name);
     icon->setPixmap(
         QIcon(u":/org.vantle.Vantle.svg"_s).pixmap(QSize(pixels(iconSize), pixels(iconSize)), devicePixelRatioF()));
     column->addWidget(icon);

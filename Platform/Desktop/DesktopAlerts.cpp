@@ -1,19 +1,14 @@
 // SPDX-License-Identifier: MIT
 #include "DesktopAlerts.h"
 
-#include <QApplication>
-#include <QMessageBox>
+#include "PlainMessageBox.h"
 
 using namespace Qt::StringLiterals;
 
 void SystemAlerts::runModal(const QString &message)
 {
-    QMessageBox box(QApplication::activeWindow());
+    PlainMessageBox box(QMessageBox::Warning, message);
     box.setObjectName(u"alert"_s);
-    box.setIcon(QMessageBox::Warning);
-    // The names in it come from a calendar: nothing in them may act as markup.
-    box.setTextFormat(Qt::PlainText);
-    box.setText(message);
     box.addButton(QMessageBox::Ok);
     box.exec();
 }

@@ -2,11 +2,11 @@
 #include "DesktopWorkspace.h"
 
 #include "AccountSettings.h"
+#include "PlainMessageBox.h"
 
-#include <QApplication>
+#include <QCoreApplication>
 #include <QDesktopServices>
 #include <QFileInfo>
-#include <QMessageBox>
 #include <QPushButton>
 
 using namespace Qt::StringLiterals;
@@ -33,13 +33,9 @@ bool isProgram(const QUrl &url)
 
 bool askInMessageBox(const QString &target)
 {
-    QMessageBox box(QApplication::activeWindow());
+    const QString question = QCoreApplication::translate("Vantle", "Open this link with another program?");
+    PlainMessageBox box(QMessageBox::Question, question + u"\n\n"_s + target);
     box.setObjectName(u"openTargetQuestion"_s);
-    box.setIcon(QMessageBox::Question);
-    // The target comes from a calendar: nothing in it may act as markup. The box's second text would
-    // not take this format, so both stand in the first.
-    box.setTextFormat(Qt::PlainText);
-    box.setText(QCoreApplication::translate("Vantle", "Open this link with another program?") + u"\n\n"_s + target);
     const auto *open = box.addButton(QCoreApplication::translate("Vantle", "Open"), QMessageBox::AcceptRole);
     QPushButton *cancel = box.addButton(QMessageBox::Cancel);
     box.setDefaultButton(cancel);

@@ -31,7 +31,7 @@ QString HotKeyStatus::text() const
 {
     switch (kind) {
     case Kind::Unset:
-        return {};
+        return QCoreApplication::translate("Vantle", "Not set.");
     case Kind::Active:
         if (trigger.isEmpty())
             return QCoreApplication::translate("Vantle", "Active.");

@@ -1352,5 +1352,17 @@ Geben Sie das Passwort des Kontos in dem Programm ein, das Ihre Kalender verwalt
         <source>The report could not be saved.</source>
         <translation>Der Bericht konnte nicht gesichert werden.</translation>
     </message>
+    <message>
+        <source>Not set.</source>
+        <translation>Nicht festgelegt.</translation>
+    </message>
+    <message>
+        <source>Question</source>
+        <translation>Frage</translation>
+    </message>
+    <message>
+        <source>Warning</source>
+        <translation>Warnung</translation>
+    </message>
 </context>
 </TS>

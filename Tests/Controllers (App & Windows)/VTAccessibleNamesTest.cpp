@@ -2,13 +2,19 @@
 #include "EditSheetFixture.h"
 #include "MainWindowFixture.h"
 
+#include <DesktopAlerts.h>
+#include <DesktopWorkspace.h>
 #include <KLVNotice.h>
+#include <ProgramWindows.h>
 #include <TestRegistry.h>
 #include <VTShortcutsWindow.h>
+#include <VTStatusbarMenu.h>
 
 #include <QAccessible>
 #include <QMenu>
+#include <QMessageBox>
 #include <QMetaEnum>
+#include <QTimer>
 
 #include <set>
 
@@ -59,6 +65,7 @@ QStringList namelessIn(QWidget &window)
 }
 
 } // namespace
+Q_DECLARE_METATYPE(PreferencesState)
 
 // Whoever does not see the window is told what everything in it is.
 class VTAccessibleNamesTest : public QObject
@@ -70,6 +77,11 @@ private Q_SLOTS:
     void menus();
     void keysInTheWindowOfShortcuts();
     void sheets();
+    void menuOfTheStatusIcon();
+    void preferences_data();
+    void preferences();
+    void windowsOnTheProgram();
+    void alertsAndQuestions();
     void aNamelessPartIsFound();
 };
 
@@ -81,10 +93,10 @@ void VTAccessibleNamesTest::partsOfTheMainWindow()
     fixture.wakeWithWindow();
     fixture.controller->setShowCalendarDrawer(true);
     fixture.window->findChild<KLVNotice *>()->say(u"Personal calendars may be out of date."_s);
-    QCOMPARE(namelessIn(*fixture.window), QStringList());
+    QCOMPARE(namelessIn(*fixture.window).join(u'\n'), QString());
 
     fixture.window->setDateBarVisible(false);
-    QCOMPARE(namelessIn(*fixture.window), QStringList());
+    QCOMPARE(namelessIn(*fixture.window).join(u'\n'), QString());
 }
 
 void VTAccessibleNamesTest::menus()
@@ -97,7 +109,7 @@ void VTAccessibleNamesTest::menus()
     QVERIFY(menus.size() >= 6);
     for (QMenu *menu : menus) {
         menu->popup(QPoint(0, 0));
-        QCOMPARE(namelessIn(*menu), QStringList());
+        QCOMPARE(namelessIn(*menu).join(u'\n'), QString());
         menu->close();
     }
 }
@@ -107,7 +119,7 @@ void VTAccessibleNamesTest::keysInTheWindowOfShortcuts()
     VTShortcutsWindow window;
     window.show();
 
-    QCOMPARE(namelessIn(window), QStringList());
+    QCOMPARE(namelessIn(window).join(u'\n'), QString());
 }
 
 void VTAccessibleNamesTest::sheets()
@@ -118,15 +130,83 @@ void VTAccessibleNamesTest::sheets()
     event->setRecurrenceRule(CalRecurrenceRule { "FREQ=WEEKLY" });
     event->setAlarms({ makeAlarm(-900), makeAlarm(-3600) });
     fixture.open(event);
-    QCOMPARE(namelessIn(*fixture.events.window()), QStringList());
+    QCOMPARE(namelessIn(*fixture.events.window()).join(u'\n'), QString());
 
     fixture.events.showAlarmEditSheetWithNewAlarm();
-    QCOMPARE(namelessIn(*fixture.events.alarmController()->window()), QStringList());
+    QCOMPARE(namelessIn(*fixture.events.alarmController()->window()).join(u'\n'), QString());
     fixture.events.alarmController()->cancelAlarmEditSheet();
     fixture.events.cancelEventEditSheet();
 
     fixture.open(makeTaskDue(u"2"_s, u"Milk"_s, fixture.clock.now()));
-    QCOMPARE(namelessIn(*fixture.tasks.window()), QStringList());
+    QCOMPARE(namelessIn(*fixture.tasks.window()).join(u'\n'), QString());
+}
+
+void VTAccessibleNamesTest::menuOfTheStatusIcon()
+{
+    VTStatusbarMenu menu;
+    menu.popup(QPoint(0, 0));
+
+    QCOMPARE(namelessIn(menu).join(u'\n'), QString());
+}
+
+void VTAccessibleNamesTest::preferences_data()
+{
+    QTest::addColumn<PreferencesState>("state");
+
+    QTest::newRow("usual") << PreferencesState::Usual;
+    QTest::newRow("key taken") << PreferencesState::KeyTaken;
+    QTest::newRow("asks the person") << PreferencesState::AsksThePerson;
+    QTest::newRow("no hot keys") << PreferencesState::WithoutHotKeys;
+    QTest::newRow("no start at login") << PreferencesState::CannotStartAtLogin;
+}
+
+void VTAccessibleNamesTest::preferences()
+{
+    QFETCH(const PreferencesState, state);
+    PreferencesInState preferences(state);
+    preferences.window().show();
+
+    QCOMPARE(namelessIn(preferences.window()).join(u'\n'), QString());
+    // What its person is about to record.
+    preferences.window().addEventShortcutRecorder()->setFocus();
+    QCOMPARE(namelessIn(preferences.window()).join(u'\n'), QString());
+}
+
+void VTAccessibleNamesTest::windowsOnTheProgram()
+{
+    AboutInState about;
+    about.window().show();
+    QCOMPARE(namelessIn(about.window()).join(u'\n'), QString());
+
+    FeedbackInState feedback;
+    feedback.window().show();
+    QCOMPARE(namelessIn(feedback.window()).join(u'\n'), QString());
+
+    FeedbackInState offer(exampleOfCrashReport());
+    offer.window().show();
+    QCOMPARE(namelessIn(offer.window()).join(u'\n'), QString());
+}
+
+void VTAccessibleNamesTest::alertsAndQuestions()
+{
+    QStringList shown;
+    QStringList nameless;
+    const auto lookAtNext = [&shown, &nameless] {
+        QTimer::singleShot(0, [&shown, &nameless] {
+            QWidget *const box = QApplication::activeModalWidget();
+            shown << box->objectName();
+            nameless << namelessIn(*box);
+            box->close();
+        });
+    };
+
+    lookAtNext();
+    SystemAlerts().runModal(u"The event “Tea” could not be saved.\nThe calendar is full."_s);
+    lookAtNext();
+    DesktopWorkspace().openURL(QUrl(u"tel:+49301234"_s));
+
+    QCOMPARE(shown, (QStringList { u"alert"_s, u"openTargetQuestion"_s }));
+    QCOMPARE(nameless.join(u'\n'), QString());
 }
 
 void VTAccessibleNamesTest::aNamelessPartIsFound()

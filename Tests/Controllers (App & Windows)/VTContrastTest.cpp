@@ -4,14 +4,19 @@
 #include "PixelChecks.h"
 
 #include <CrispImage.h>
+#include <DesktopAlerts.h>
+#include <DesktopWorkspace.h>
 #include <KLVAccordionView.h>
 #include <KLVBarButton.h>
 #include <KLVKeyCaps.h>
 #include <KLVNotice.h>
+#include <KLVStatusLabel.h>
 #include <KLVStyle.h>
 #include <KLVTableView.h>
+#include <ProgramWindows.h>
 #include <TestRegistry.h>
 #include <VTShortcutsWindow.h>
+#include <VTStatusbarMenu.h>
 
 #include <QApplication>
 #include <QComboBox>
@@ -19,6 +24,7 @@
 #include <QLineEdit>
 #include <QMenu>
 #include <QStyleOption>
+#include <QTimer>
 
 using namespace Qt::StringLiterals;
 
@@ -51,6 +57,8 @@ struct Text {
 // Where a control that can be used shows text.
 std::optional<Text> textOf(const QWidget &control)
 {
+    if (const auto *recorder = qobject_cast<const SRRecorderControl *>(&control))
+        return Text { recorder->objectName(), insideOf(*recorder) };
     if (const auto *label = qobject_cast<const QLabel *>(&control))
         return label->text().isEmpty() ? std::nullopt : std::optional(Text { label->text(), label->rect() });
     if (qobject_cast<const QCheckBox *>(&control) || qobject_cast<const QRadioButton *>(&control)) {
@@ -69,8 +77,10 @@ std::optional<Text> textOf(const QWidget &control)
         const int icon = popUp->currentIndex() < 0 || popUp->itemIcon(popUp->currentIndex()).isNull() ? 0 : 28;
         return Text { popUp->objectName(), insideOf(*popUp).adjusted(icon, 0, -28, 0) };
     }
-    if (const auto *notes = qobject_cast<const QPlainTextEdit *>(&control); notes && !notes->toPlainText().isEmpty())
-        return Text { notes->objectName(), insideOf(*notes) };
+    if (const auto *notes = qobject_cast<const QPlainTextEdit *>(&control)) {
+        const bool isEmpty = notes->toPlainText().isEmpty() && notes->placeholderText().isEmpty();
+        return isEmpty ? std::nullopt : std::optional(Text { notes->objectName(), insideOf(*notes) });
+    }
     if (qobject_cast<const KLVKeyCaps *>(&control))
         return Text { control.accessibleName(), insideOf(control) };
     return std::nullopt;
@@ -109,6 +119,24 @@ QStringList faintTexts(QWidget &window, Scheme scheme, int &count)
     return faint;
 }
 
+// The same for an open menu, with the pointer on each of its entries in turn.
+QStringList faintEntries(QMenu &menu, Scheme scheme)
+{
+    QStringList faint;
+    for (QAction *pointedAt : menu.actions()) {
+        menu.setActiveAction(pointedAt);
+        const QImage image = pictureOf(menu);
+        for (QAction *action : menu.actions()) {
+            if (action->isSeparator() || !action->isEnabled() || !action->isVisible())
+                continue;
+            const double contrast = contrastIn(image, menu.actionGeometry(action).adjusted(8, 2, -8, -2));
+            if (contrast < wantedContrast(scheme))
+                faint.append(u"%1: %2"_s.arg(action->text()).arg(contrast));
+        }
+    }
+    return faint;
+}
+
 } // namespace
 Q_DECLARE_METATYPE(Scheme)
 
@@ -130,6 +158,10 @@ private Q_SLOTS:
     void eventSheet();
     void taskSheet();
     void alarmSheet();
+    void menuOfTheStatusIcon();
+    void preferences();
+    void windowsOnTheProgram();
+    void alertsAndQuestions();
 
 private:
     QPalette m_before;
@@ -168,7 +200,7 @@ void VTContrastTest::mainWindow()
     fixture.window->findChild<KLVNotice *>()->say(u"Personal calendars may be out of date."_s);
     int count = 0;
 
-    QCOMPARE(faintTexts(*fixture.window, m_scheme, count), QStringList());
+    QCOMPARE(faintTexts(*fixture.window, m_scheme, count).join(u'\n'), QString());
 
     // Date, two headings, the line, seven buttons, three of the drawer with its field.
     QVERIFY2(count >= 13, qPrintable(QString::number(count)));
@@ -194,17 +226,7 @@ void VTContrastTest::menus()
 
     for (QMenu *menu : fixture.window->findChildren<QMenu *>()) {
         menu->popup(QPoint(0, 0));
-        for (QAction *pointedAt : menu->actions()) {
-            menu->setActiveAction(pointedAt);
-            const QImage image = pictureOf(*menu);
-            for (const QAction *action : menu->actions()) {
-                if (action->isSeparator() || !action->isEnabled() || !action->isVisible())
-                    continue;
-                const double contrast
-                    = contrastIn(image, menu->actionGeometry(const_cast<QAction *>(action)).adjusted(8, 2, -8, -2));
-                QVERIFY2(contrast >= wantedContrast(m_scheme), qPrintable(action->text()));
-            }
-        }
+        QCOMPARE(faintEntries(*menu, m_scheme).join(u'\n'), QString());
         menu->close();
     }
 }
@@ -216,7 +238,7 @@ void VTContrastTest::windowOfShortcuts()
     window.show();
     int count = 0;
 
-    QCOMPARE(faintTexts(window, m_scheme, count), QStringList());
+    QCOMPARE(faintTexts(window, m_scheme, count).join(u'\n'), QString());
 
     QVERIFY(count > 50);
 }
@@ -234,7 +256,7 @@ void VTContrastTest::eventSheet()
     KLVSheet *const sheet = fixture.events.window();
     int count = 0;
 
-    QCOMPARE(faintTexts(*sheet, m_scheme, count), QStringList());
+    QCOMPARE(faintTexts(*sheet, m_scheme, count).join(u'\n'), QString());
 
     QVERIFY2(count >= 20, qPrintable(QString::number(count)));
     const auto *const table = sheet->findChild<KLVTableView *>();
@@ -252,7 +274,7 @@ void VTContrastTest::taskSheet()
     fixture.open(makeTaskDue(u"2"_s, u"Milk"_s, fixture.clock.now()));
     int count = 0;
 
-    QCOMPARE(faintTexts(*fixture.tasks.window(), m_scheme, count), QStringList());
+    QCOMPARE(faintTexts(*fixture.tasks.window(), m_scheme, count).join(u'\n'), QString());
 
     QVERIFY2(count >= 14, qPrintable(QString::number(count)));
 }
@@ -264,9 +286,76 @@ void VTContrastTest::alarmSheet()
     fixture.tasks.showAlarmEditSheetWithNewAlarm();
     int count = 0;
 
-    QCOMPARE(faintTexts(*fixture.tasks.alarmController()->window(), m_scheme, count), QStringList());
+    QCOMPARE(faintTexts(*fixture.tasks.alarmController()->window(), m_scheme, count).join(u'\n'), QString());
 
     QVERIFY2(count >= 10, qPrintable(QString::number(count)));
+}
+
+void VTContrastTest::menuOfTheStatusIcon()
+{
+    VTStatusbarMenu menu;
+    menu.popup(QPoint(0, 0));
+
+    QCOMPARE(faintEntries(menu, m_scheme).join(u'\n'), QString());
+}
+
+void VTContrastTest::preferences()
+{
+    for (const PreferencesState state :
+        { PreferencesState::Usual, PreferencesState::KeyTaken, PreferencesState::AsksThePerson,
+            PreferencesState::WithoutHotKeys, PreferencesState::CannotStartAtLogin }) {
+        PreferencesInState preferences(state);
+        preferences.window().show();
+        int count = 0;
+
+        QCOMPARE(faintTexts(preferences.window(), m_scheme, count).join(u'\n'), QString());
+
+        // Two headings, five choices, and three keys with their captions.
+        QVERIFY2(count >= 13, qPrintable(QString::number(count)));
+    }
+}
+
+void VTContrastTest::windowsOnTheProgram()
+{
+    int count = 0;
+    AboutInState about;
+    about.window().show();
+    QCOMPARE(faintTexts(about.window(), m_scheme, count).join(u'\n'), QString());
+    QVERIFY2(count >= 7, qPrintable(QString::number(count)));
+
+    FeedbackInState feedback({}, u"It is fine."_s);
+    feedback.window().show();
+    count = 0;
+    QCOMPARE(faintTexts(feedback.window(), m_scheme, count).join(u'\n'), QString());
+    QVERIFY2(count >= 7, qPrintable(QString::number(count)));
+
+    FeedbackInState offer(exampleOfCrashReport());
+    offer.window().show();
+    count = 0;
+    QCOMPARE(faintTexts(offer.window(), m_scheme, count).join(u'\n'), QString());
+    QVERIFY2(count >= 6, qPrintable(QString::number(count)));
+}
+
+void VTContrastTest::alertsAndQuestions()
+{
+    QStringList faint;
+    int count = 0;
+    const auto lookAtNext = [this, &faint, &count] {
+        QTimer::singleShot(0, this, [this, &faint, &count] {
+            QWidget *const box = QApplication::activeModalWidget();
+            faint << faintTexts(*box, m_scheme, count);
+            box->close();
+        });
+    };
+
+    lookAtNext();
+    SystemAlerts().runModal(u"The event “Tea” could not be saved.\nThe calendar is full."_s);
+    lookAtNext();
+    DesktopWorkspace().openURL(QUrl(u"tel:+49301234"_s));
+
+    QCOMPARE(faint.join(u'\n'), QString());
+    // A text in each, one button and two.
+    QVERIFY2(count >= 5, qPrintable(QString::number(count)));
 }
 
 VANTLE_TEST(VTContrastTest)
