@@ -3,6 +3,7 @@
 
 #include "VTMainMenu.h"
 #include "VTMainWindow.h"
+#include "VTMnemonics.h"
 #include "VTSilenceWords.h"
 
 #include <CalCalendarItem.h>
@@ -88,7 +89,7 @@ void VTMainWindowController::bindTitle(QAction *action, const QString &key)
     m_bindings.push_back(
         std::make_unique<KeyValueBinding>(*this, key, [action = QPointer(action)](const QVariant &title) {
             if (action)
-                action->setText(title.toString());
+                VTSetTextOfAction(*action, title.toString());
         }));
 }
 

@@ -2,6 +2,7 @@
 #include "VTMainMenu.h"
 #include "VTMainWindow.h"
 #include "VTMainWindowController.h"
+#include "VTMnemonics.h"
 #include "VTSheetForm.h"
 
 #include <Beeper.h>
@@ -173,14 +174,14 @@ void VTMainWindowController::updateItemCommands()
     for (const char *name : { "editItem", "deleteItem", "showInCalendar" })
         menu.command(name)->setEnabled(item != nullptr);
     const auto event = std::dynamic_pointer_cast<CalEvent>(item);
-    menu.command("deleteItem")
-        ->setText(event && event->recurrenceRule() ? QCoreApplication::translate("Vantle", "Delete This Occurrence")
-                                                   : QCoreApplication::translate("Vantle", "Delete"));
+    VTSetTextOfAction(*menu.command("deleteItem"),
+        event && event->recurrenceRule() ? QCoreApplication::translate("Vantle", "Delete This Occurrence")
+                                         : QCoreApplication::translate("Vantle", "Delete"));
     const std::optional<QString> removed = m_services.store.undoableRemovalTitle();
     menu.command("undo")->setEnabled(removed.has_value());
-    menu.command("undo")->setText(removed
-            ? QCoreApplication::translate("Vantle", "Undo Delete of “%1”").arg(menuTitle(*removed, *m_window))
-            : QCoreApplication::translate("Vantle", "Undo Delete"));
+    VTSetTextOfAction(*menu.command("undo"),
+        removed ? QCoreApplication::translate("Vantle", "Undo Delete of “%1”").arg(menuTitle(*removed, *m_window))
+                : QCoreApplication::translate("Vantle", "Undo Delete"));
 }
 
 void VTMainWindowController::popUpContextMenuAtSelection()

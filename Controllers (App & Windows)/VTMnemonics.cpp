@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "VTMnemonics.h"
 
+#include <QAction>
 #include <QMenu>
 #include <QSet>
 
@@ -72,4 +73,10 @@ void VTGiveMnemonics(QMenu &menu)
         for (qsizetype i = 0; i < shown.size(); ++i)
             shown.at(i)->setText(marked.at(i));
     });
+}
+
+void VTSetTextOfAction(QAction &action, const QString &text)
+{
+    if (withoutMark(action.text()) != text)
+        action.setText(text);
 }

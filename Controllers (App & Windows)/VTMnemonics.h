@@ -3,6 +3,7 @@
 
 #include <QStringList>
 
+class QAction;
 class QMenu;
 
 // The letters by which entries of a menu are chosen, given by the program: each
@@ -15,3 +16,5 @@ QStringList VTWithMnemonics(const QStringList &texts);
 
 // Does this to what the menu shows, whenever it opens.
 void VTGiveMnemonics(QMenu &menu);
+// A text that the action has already keeps its letter: the menu may be open.
+void VTSetTextOfAction(QAction &action, const QString &text);

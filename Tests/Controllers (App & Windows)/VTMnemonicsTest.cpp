@@ -19,6 +19,7 @@ private Q_SLOTS:
     void lettersAreDifferent();
     void everyMenuOfTheWindowHasThem();
     void titleFromACalendarStaysPlain();
+    void lettersOfAnOpenMenuOutliveARefetch();
 };
 
 void VTMnemonicsTest::lettersAreDifferent_data()
@@ -79,6 +80,21 @@ void VTMnemonicsTest::titleFromACalendarStaysPlain()
     Q_EMIT menu.aboutToShow();
 
     QCOMPARE(undo->text(), u"&Undo Delete of “Black && white &&&& grey”"_s);
+}
+
+void VTMnemonicsTest::lettersOfAnOpenMenuOutliveARefetch()
+{
+    MainWindowFixture fixture;
+    fixture.addEvent("Tea");
+    VTMainWindowController &controller = fixture.wakeWithWindow();
+    const QAction *const command = fixture.window->menu()->command("deleteItem");
+    Q_EMIT fixture.window->itemMenu()->aboutToShow();
+    const QString marked = command->text();
+    QVERIFY(marked.contains(u'&'));
+
+    controller.calStoreDidChange();
+
+    QCOMPARE(command->text(), marked);
 }
 
 VANTLE_TEST(VTMnemonicsTest)
