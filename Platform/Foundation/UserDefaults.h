@@ -19,13 +19,13 @@
 // The file holds text alone, so a value's type comes from its factory value: a
 // value that cannot be read as that type, and a file that cannot be read at all,
 // count as absent. Factory values answer for absent keys and are never written.
-class UserDefaults final
+class UserDefaults
 {
 public:
     // vantle/vantle.conf in the configuration home.
     UserDefaults();
     explicit UserDefaults(const QString &path);
-    ~UserDefaults();
+    virtual ~UserDefaults();
     UserDefaults(const UserDefaults &) = delete;
     UserDefaults &operator=(const UserDefaults &) = delete;
 
@@ -49,9 +49,11 @@ public:
     // Writes the changes. A failure is noted in the log too; the changes then stay pending.
     Result<void> synchronize();
 
-private:
-    void set(const QString &key, const QVariant &value);
+protected:
+    // Every change comes through here, in the order in which they are made. An invalid value takes the key away.
+    virtual void set(const QString &key, const QVariant &value);
 
+private:
     QString m_path;
     QVariantMap m_factoryValues;
     QVariantMap m_values; // the file's, with the changes

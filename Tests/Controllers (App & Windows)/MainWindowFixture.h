@@ -7,11 +7,11 @@
 #include <RecordingAlerts.h>
 #include <RecordingBeeper.h>
 #include <RecordingCalendarApplication.h>
+#include <RecordingDefaults.h>
 #include <RecordingWorkspace.h>
 #include <ScriptedFileChooser.h>
 #include <Termination.h>
 #include <TestRecords.h>
-#include <UserDefaults.h>
 #include <VTAppController.h>
 #include <VTMainWindow.h>
 #include <VTMainWindowController.h>
@@ -27,7 +27,7 @@ struct MainWindowFixture {
     QTemporaryDir folder;
     MemoryStore calendars;
     ManualClock clock { localInstant("2026-11-20T10:00") };
-    UserDefaults defaults { folder.filePath(QStringLiteral("vantle.conf")) };
+    RecordingDefaults defaults { folder.filePath(QStringLiteral("vantle.conf")) };
     RecordingBeeper beeper;
     RecordingWorkspace workspace;
     RecordingCalendarApplication calendarApplication;

@@ -79,6 +79,7 @@ class VTAppControllerTest : public QObject
 private Q_SLOTS:
     void awakeningShowsTheWindowWithItsDay();
     void terminationWritesSettingsAndWindowState();
+    void terminationWritesSettingsInTheirOrder();
     void windowIsFoundAsItWasLeftInTheRunBefore();
     void plainStyleGetsOurColours();
     void signalWritesEverythingOnTheWayOut_data();
@@ -113,6 +114,23 @@ void VTAppControllerTest::terminationWritesSettingsAndWindowState()
     const UserDefaults next(fixture.folder.filePath(u"vantle.conf"_s));
     QCOMPARE(next.integerForKey(VTSelectedTaskSortMethodKey), 2);
     QCOMPARE(stateFile.read().frame.value_or(QRect()).size(), QSize(400, 500));
+}
+
+void VTAppControllerTest::terminationWritesSettingsInTheirOrder()
+{
+    ApplicationFixture fixture;
+    VTAppController app(fixture.appServices());
+    app.awakeFromNib();
+    QCOMPARE(fixture.defaults.writtenKeys, QStringList());
+
+    Q_EMIT fixture.termination.willTerminate();
+
+    const QStringList ofTheShell { u"VTIconStatus"_s, u"VTHidesWhenInactive"_s, u"VTHotkeyKeyCode"_s,
+        u"VTHotkeyCarbonModiferFlags"_s, u"VTAddEventKeyCode"_s, u"VTAddEventCarbonModiferFlags"_s,
+        u"VTAddTaskKeyCode"_s, u"VTAddTaskCarbonModiferFlags"_s };
+    const QStringList ofTheWindow { u"VTIncludeAllCompletedTasks"_s, u"VTRestrictTasksToCurrentWeek"_s,
+        u"VTUnselectedCalendarsUID"_s, u"VTSelectedTaskSortMethod"_s, u"VTShowCalendarDrawer"_s };
+    QCOMPARE(fixture.defaults.writtenKeys, ofTheShell + ofTheWindow);
 }
 
 void VTAppControllerTest::windowIsFoundAsItWasLeftInTheRunBefore()
