@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+#include "Pictures.h"
 #include "WholeApplication.h"
 
 #include <CalendarStoreBackend.h>
@@ -11,9 +12,7 @@
 
 #include <QApplication>
 #include <QDir>
-#include <QFontDatabase>
 #include <QMenu>
-#include <QPainter>
 #include <QPixmap>
 #include <QTemporaryDir>
 
@@ -26,7 +25,6 @@ using namespace Qt::StringLiterals;
 namespace
 {
 
-constexpr int gap = 16;
 const QDate shownDay(2026, 11, 20);
 
 enum class Look { Light, Dark, HighContrast };
@@ -134,26 +132,6 @@ QPixmap picture(const Scene &scene)
     }
     QApplication::processEvents();
     return application.window().grab();
-}
-
-// The pictures side by side, on the grey of a desktop.
-QPixmap beside(const QList<QPixmap> &pictures)
-{
-    QSize size(gap, 0);
-    for (const QPixmap &one : pictures) {
-        const QSize own = one.deviceIndependentSize().toSize();
-        size = { size.width() + own.width() + gap, std::max(size.height(), own.height() + 2 * gap) };
-    }
-    QPixmap all(size * qApp->devicePixelRatio());
-    all.setDevicePixelRatio(qApp->devicePixelRatio());
-    all.fill(QColor(0xce, 0xd5, 0xdf));
-    QPainter painter(&all);
-    int x = gap;
-    for (const QPixmap &one : pictures) {
-        painter.drawPixmap(x, gap, one);
-        x += one.deviceIndependentSize().toSize().width() + gap;
-    }
-    return all;
 }
 
 bool save(const QPixmap &pixmap, const QDir &folder, const QString &name)
@@ -327,14 +305,8 @@ int main(int argc, char **argv)
         std::fprintf(stderr, "usage: screenshots FOLDER FULL-CALENDARS EMPTY-CALENDARS\n");
         return 2;
     }
-    QFont font(u"Inter"_s);
-    font.setPixelSize(13);
-    if (!QFontDatabase::families().contains(u"Inter"_s)) {
-        std::fprintf(stderr, "The font Inter is not here; script/bootstrap installs it\n");
+    if (!dressForPictures())
         return 1;
-    }
-    QApplication::setFont(font);
-    QLocale::setDefault(QLocale(QLocale::English, QLocale::UnitedKingdom));
     const QDir folder(arguments.at(1));
     if (qApp->devicePixelRatio() > 1) {
         const Scene twice { .calendars = arguments.at(2), .selectedTitle = u"Design review"_s, .size = { 340, 900 } };

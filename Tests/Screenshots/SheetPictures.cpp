@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
+#include "Pictures.h"
+
 #include <FixedAlertSounds.h>
-#include <KLVStyle.h>
 #include <KLVTheme.h>
 #include <LengthenedTexts.h>
 #include <ManualClock.h>
@@ -13,10 +14,7 @@
 
 #include <QApplication>
 #include <QDir>
-#include <QFontDatabase>
 #include <QMainWindow>
-#include <QPainter>
-#include <QPixmap>
 
 #include <cstdio>
 #include <memory>
@@ -25,8 +23,6 @@ using namespace Qt::StringLiterals;
 
 namespace
 {
-
-constexpr int gap = 24;
 
 // The sheets over a store in memory, on Friday, 20 November 2026.
 struct Sheets {
@@ -43,27 +39,21 @@ struct Sheets {
     Sheets() { window.show(); }
 
     CalCalendarPtr calendar() const { return calendars.store().calendars().last(); }
-    QPixmap pictureOf(KLVSheet *sheet) const
-    {
-        QApplication::processEvents();
-        sheet->setFocus(); // no caret
-        return sheet->grab();
-    }
     QPixmap event(const CalEventPtr &event)
     {
         events.showEventEditSheetWithEvent_attachToWindow(event, &window);
-        return pictureOf(events.window());
+        return pictureOf(*events.window());
     }
     QPixmap task(const CalTaskPtr &task)
     {
         tasks.showTaskEditSheetWithTask_attachToWindow(task, &window);
-        return pictureOf(tasks.window());
+        return pictureOf(*tasks.window());
     }
     QPixmap alarm(const CalAlarmPtr &alarm)
     {
         VTAlarmEditController *const sheet = events.alarmController();
         sheet->editAlarm_allowRelativeTrigger_attachedToWindow_delegate(alarm, true, &window, &events);
-        return pictureOf(sheet->window());
+        return pictureOf(*sheet->window());
     }
 };
 
@@ -92,22 +82,6 @@ CalTaskPtr fullTask(const CalCalendarPtr &calendar)
     return task;
 }
 
-QPixmap beside(const QList<QPixmap> &pictures)
-{
-    QSize size(gap, 0);
-    for (const QPixmap &one : pictures)
-        size = { size.width() + one.width() + gap, std::max(size.height(), one.height() + 2 * gap) };
-    QPixmap all(size);
-    all.fill(QColor(0xce, 0xd5, 0xdf));
-    QPainter painter(&all);
-    int x = gap;
-    for (const QPixmap &one : pictures) {
-        painter.drawPixmap(x, gap, one);
-        x += one.width() + gap;
-    }
-    return all;
-}
-
 bool save(const QDir &folder, const QString &name, const QPalette &palette)
 {
     QApplication::setPalette(palette);
@@ -134,11 +108,8 @@ int main(int argc, char **argv)
         std::fprintf(stderr, "usage: sheet_pictures FOLDER\n");
         return 2;
     }
-    QFont font(u"Inter"_s);
-    font.setPixelSize(13);
-    QApplication::setFont(font);
-    QLocale::setDefault(QLocale(QLocale::English, QLocale::UnitedKingdom));
-    KLVStyle::dressApplication();
+    if (!dressForPictures())
+        return 1;
     const QDir folder(arguments.at(1));
     if (!save(folder, u"sheets-light"_s, KLVTheme::lightPalette())
         || !save(folder, u"sheets-dark"_s, KLVTheme::darkPalette()))
