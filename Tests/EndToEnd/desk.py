@@ -4,9 +4,11 @@ program's window, and what the window manager says of ours."""
 
 import os
 import re
+import select
+import signal
 import subprocess
 
-from driver import eventually, run
+from driver import ANSWER_LIMIT, START_LIMIT, eventually, run
 
 
 def property_of(window, name):
@@ -60,6 +62,64 @@ class WindowManager(Process):
     def __init__(self, *command):
         super().__init__(*command)
         eventually(lambda: window_manager().startswith(str(command[0])[:5]), what=f"{command[0]} as window manager")
+
+
+class LaunchingBus:
+    """A session bus of its own that starts one program when its name is called, and nothing else.
+
+    What runs in this process is on that bus until it is closed; what the bus started ends with it.
+    """
+
+    CONFIGURATION = """<!DOCTYPE busconfig PUBLIC "-//freedesktop//DTD D-Bus Bus Configuration 1.0//EN"
+ "http://www.freedesktop.org/standards/dbus/1.0/busconfig.dtd">
+<busconfig>
+  <type>session</type>
+  <listen>unix:dir={folder}</listen>
+  <auth>EXTERNAL</auth>
+  <servicedir>{folder}</servicedir>
+  <policy context="default">
+    <allow send_destination="*" eavesdrop="true"/>
+    <allow eavesdrop="true"/>
+    <allow own="*"/>
+  </policy>
+</busconfig>
+"""
+
+    def __init__(self, folder, name, program, environment):
+        folder.mkdir()
+        (folder / f"{name}.service").write_text(f"[D-BUS Service]\nName={name}\nExec={program}\n")
+        configuration = folder / "bus.conf"
+        configuration.write_text(self.CONFIGURATION.format(folder=folder))
+        # What it starts inherits its output, which nobody may have to wait for, and its group of processes.
+        with open(folder / "log", "w", encoding="utf-8") as log:
+            self.process = subprocess.Popen(
+                ["dbus-daemon", "--nofork", "--nopidfile", "--print-address", f"--config-file={configuration}"],
+                env=os.environ | environment, stdout=subprocess.PIPE, stderr=log, text=True, start_new_session=True)
+        self.before = os.environ["DBUS_SESSION_BUS_ADDRESS"]
+        try:
+            if not select.select([self.process.stdout], [], [], START_LIMIT)[0]:
+                raise AssertionError("the bus does not tell its address")
+            os.environ["DBUS_SESSION_BUS_ADDRESS"] = self.process.stdout.readline().strip()
+        except BaseException:
+            self.close()
+            raise
+
+    @staticmethod
+    def owner(name):
+        """The process that has the name, or nothing."""
+        answer = subprocess.run(
+            ["gdbus", "call", "--session", "--timeout", str(int(ANSWER_LIMIT)), "--dest", "org.freedesktop.DBus",
+             "--object-path", "/org/freedesktop/DBus", "--method",
+             "org.freedesktop.DBus.GetConnectionUnixProcessID", name],
+            capture_output=True, text=True, timeout=2 * ANSWER_LIMIT, check=False).stdout
+        found = re.search(r"uint32 (\d+)", answer)
+        return int(found.group(1)) if found else None
+
+    def close(self):
+        os.environ["DBUS_SESSION_BUS_ADDRESS"] = self.before
+        os.killpg(self.process.pid, signal.SIGKILL)
+        self.process.wait(ANSWER_LIMIT)
+        self.process.stdout.close()
 
 
 class OtherProgram(Process):

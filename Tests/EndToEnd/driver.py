@@ -24,6 +24,7 @@ ROOT = pathlib.Path(__file__).resolve().parents[2]
 PROGRAM = pathlib.Path(os.environ["VANTLE"])
 START_LIMIT = 20.0
 ANSWER_LIMIT = 10.0
+COMMAND_LIMIT = 60.0
 
 
 def eventually(question, limit=ANSWER_LIMIT, what="the condition"):
@@ -41,7 +42,8 @@ def eventually(question, limit=ANSWER_LIMIT, what="the condition"):
 
 
 def run(*command, **options):
-    return subprocess.run([str(word) for word in command], check=True, capture_output=True, text=True, **options).stdout
+    return subprocess.run([str(word) for word in command], check=True, capture_output=True, text=True,
+                          timeout=COMMAND_LIMIT, **options).stdout
 
 
 class Home:

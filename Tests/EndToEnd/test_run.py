@@ -1,14 +1,19 @@
 #!/usr/bin/python3
 # SPDX-License-Identifier: MIT
-"""The first command of a newcomer, on a machine without a display."""
+"""The first command of a newcomer: without a display, and beside a Vantle that runs."""
 
+import contextlib
 import os
 import pathlib
+import signal
 import struct
 import subprocess
 import tempfile
 import unittest
 
+from driver import ANSWER_LIMIT, START_LIMIT, Home, Vantle, eventually, run
+
+BUILD_LIMIT = 240.0
 ROOT = pathlib.Path(__file__).resolve().parents[2]
 
 
@@ -47,6 +52,37 @@ class Run(unittest.TestCase):
 
         self.assertNotEqual(done.returncode, 0)
         self.assertIn("not painted", done.stderr)
+
+    def test_the_sample_opens_beside_the_vantle_that_runs(self):
+        home = Home(sample=False)
+        self.addCleanup(home.remove)
+        vantle = Vantle(home)
+        self.addCleanup(vantle.close)
+
+        sample = subprocess.Popen([str(ROOT / "script" / "run"), "--sample"], stdin=subprocess.DEVNULL,
+                                  stdout=subprocess.DEVNULL, start_new_session=True)
+        self.addCleanup(sample.wait, ANSWER_LIMIT)
+        self.addCleanup(self.kill_group, sample)
+        other = eventually(lambda: next((window for window in self.windows() if window != vantle.window), None),
+                           BUILD_LIMIT, "a second window")
+
+        # Each has its own process and goes by itself.
+        process = int(run("xdotool", "getwindowpid", other))
+        self.assertNotEqual(process, vantle.process.pid)
+        os.kill(process, signal.SIGTERM)
+        self.assertEqual(sample.wait(START_LIMIT), 0)
+        self.assertIsNone(vantle.process.poll())
+        self.assertEqual(self.windows(), [vantle.window])
+
+    @staticmethod
+    def windows():
+        return subprocess.run(["xdotool", "search", "--onlyvisible", "--name", "^Vantle$"], capture_output=True,
+                              text=True, timeout=ANSWER_LIMIT, check=False).stdout.split()
+
+    @staticmethod
+    def kill_group(process):
+        with contextlib.suppress(ProcessLookupError):
+            os.killpg(process.pid, signal.SIGKILL)
 
 
 if __name__ == "__main__":
