@@ -156,8 +156,8 @@ void KLVPopUpButtonTest::disabledEntryCannotBeChosenAndSaysWhy()
     PopUp popUp;
     QVERIFY(popUp.button.isItemEnabled(1));
     QVERIFY(!popUp.button.isItemEnabled(2));
-    QCOMPARE(
-        popUp.button.itemData(2, Qt::ToolTipRole).toString(), u"<span>The calendar &lt;b&gt;cannot&lt;/b&gt; hold events.</span>"_s);
+    QCOMPARE(popUp.button.itemData(2, Qt::ToolTipRole).toString(),
+        u"<span>The calendar &lt;b&gt;cannot&lt;/b&gt; hold events.</span>"_s);
 
     popUp.button.showPopup();
     QTest::keyClick(popUp.button.view(), Qt::Key_End);

@@ -234,7 +234,8 @@ void KLVTableViewTest::markupInATextIsText()
     const Table table({ u"<img src=x> & more"_s });
 
     QCOMPARE(table.view.model()->index(0, 0).data(Qt::DisplayRole).toString(), u"<img src=x> & more"_s);
-    QCOMPARE(table.view.model()->index(0, 0).data(Qt::ToolTipRole).toString(), u"<span>&lt;img src=x&gt; &amp; more</span>"_s);
+    QCOMPARE(table.view.model()->index(0, 0).data(Qt::ToolTipRole).toString(),
+        u"<span>&lt;img src=x&gt; &amp; more</span>"_s);
 }
 
 void KLVTableViewTest::buttonsFollowThePalette()
