@@ -18,8 +18,9 @@ def property_of(window, name):
 
 
 def focused_window():
-    answer = run("xprop", "-root", "_NET_ACTIVE_WINDOW")
-    return int(re.search(r"0x[0-9a-f]+", answer).group(), 16)
+    """Nothing before the window manager has put one in front for the first time."""
+    found = re.search(r"0x[0-9a-f]+", run("xprop", "-root", "_NET_ACTIVE_WINDOW"))
+    return int(found.group(), 16) if found else 0
 
 
 def is_viewable(window):
