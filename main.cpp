@@ -22,6 +22,7 @@
 #include <VTMainWindow.h>
 
 #include <QApplication>
+#include <QLibraryInfo>
 #include <QLocale>
 #include <QPalette>
 #include <QTranslator>
@@ -65,6 +66,10 @@ int main(int argc, char **argv)
         break;
     }
     noteCrashes();
+    // The toolkit's own texts, such as those of the menu of a field.
+    QTranslator toolkitTranslator;
+    if (toolkitTranslator.load(QLocale(), u"qtbase"_s, u"_"_s, QLibraryInfo::path(QLibraryInfo::TranslationsPath)))
+        QApplication::installTranslator(&toolkitTranslator);
     QTranslator translator;
     if (translator.load(QLocale(), u"vantle"_s, u"_"_s, u":/i18n"_s))
         QApplication::installTranslator(&translator);

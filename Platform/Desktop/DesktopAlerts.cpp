@@ -9,6 +9,6 @@ void SystemAlerts::runModal(const QString &message)
 {
     PlainMessageBox box(QMessageBox::Warning, message);
     box.setObjectName(u"alert"_s);
-    box.addButton(QMessageBox::Ok);
+    box.addOk();
     box.exec();
 }

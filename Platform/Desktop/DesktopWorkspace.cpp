@@ -37,7 +37,7 @@ bool askInMessageBox(const QString &target)
     PlainMessageBox box(QMessageBox::Question, question + u"\n\n"_s + target);
     box.setObjectName(u"openTargetQuestion"_s);
     const auto *open = box.addButton(QCoreApplication::translate("Vantle", "Open"), QMessageBox::AcceptRole);
-    QPushButton *cancel = box.addButton(QMessageBox::Cancel);
+    QPushButton *cancel = box.addCancel();
     box.setDefaultButton(cancel);
     box.setEscapeButton(cancel);
     box.exec();

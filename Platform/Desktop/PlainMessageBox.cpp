@@ -3,6 +3,7 @@
 
 #include <QApplication>
 #include <QLabel>
+#include <QPushButton>
 
 using namespace Qt::StringLiterals;
 
@@ -18,4 +19,18 @@ PlainMessageBox::PlainMessageBox(QMessageBox::Icon icon, const QString &text)
         picture->setAccessibleName(icon == QMessageBox::Question ? QCoreApplication::translate("Vantle", "Question")
                                                                  : QCoreApplication::translate("Vantle", "Warning"));
     }
+}
+
+QPushButton *PlainMessageBox::addOk()
+{
+    QPushButton *const button = addButton(QMessageBox::Ok);
+    button->setText(QCoreApplication::translate("Vantle", "OK"));
+    return button;
+}
+
+QPushButton *PlainMessageBox::addCancel()
+{
+    QPushButton *const button = addButton(QMessageBox::Cancel);
+    button->setText(QCoreApplication::translate("Vantle", "Cancel"));
+    return button;
 }

@@ -12,4 +12,8 @@ class PlainMessageBox final : public QMessageBox
 public:
     // A warning or a question.
     PlainMessageBox(QMessageBox::Icon icon, const QString &text);
+
+    // In the language of the other texts, which the toolkit need not have.
+    QPushButton *addOk();
+    QPushButton *addCancel();
 };
