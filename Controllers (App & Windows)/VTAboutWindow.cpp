@@ -23,6 +23,7 @@ constexpr qreal statedWidth = 320;
 constexpr qreal margin = 24;
 constexpr qreal rowGap = 4;
 constexpr qreal groupGap = 12;
+constexpr qreal gapBetweenButtons = 8;
 constexpr qreal iconSize = 72;
 constexpr int nameSize = 17;
 constexpr int nameWeight = 650;
@@ -83,6 +84,7 @@ VTAboutWindow::VTAboutWindow(const ApplicationMetadata &metadata, Workspace &wor
     close->setFocus();
     connect(close, &QPushButton::clicked, this, &QDialog::accept);
     auto *buttons = new QHBoxLayout;
+    buttons->setSpacing(pixels(gapBetweenButtons));
     buttons->addStretch(1);
     buttons->addWidget(homepage);
     buttons->addWidget(close);

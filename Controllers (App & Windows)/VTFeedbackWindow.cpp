@@ -6,6 +6,7 @@
 #include <DesktopAlerts.h>
 #include <FileChooser.h>
 #include <KLVMetrics.h>
+#include <KLVReadingDirection.h>
 #include <Workspace.h>
 
 #include <QApplication>
@@ -62,6 +63,7 @@ VTFeedbackWindow::VTFeedbackWindow(
     introduction->setObjectName(u"introduction"_s);
     introduction->setTextFormat(Qt::PlainText);
     introduction->setWordWrap(true);
+    KLVFollowReadingDirection(*introduction);
     introduction->setText(m_isCrash ? QCoreApplication::translate("Vantle",
                               "Vantle ended unexpectedly the last time. You can tell the developers about it: "
                               "nothing is sent unless you send it.")

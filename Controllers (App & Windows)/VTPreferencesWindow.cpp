@@ -4,6 +4,7 @@
 #include <HotKeyBackend.h>
 #include <KLVHeading.h>
 #include <KLVMetrics.h>
+#include <KLVReadingDirection.h>
 #include <KLVStatusLabel.h>
 
 #include <QApplication>
@@ -29,6 +30,7 @@ constexpr qreal statedWidth = 460;
 constexpr qreal sideMargin = 24;
 constexpr qreal endMargin = 20;
 constexpr qreal rowGap = 8;
+constexpr qreal choiceGap = 5;
 constexpr qreal groupGap = 18;
 constexpr qreal switchesGap = 8; // beside the gap between rows
 constexpr qreal columnGap = 10;
@@ -133,13 +135,14 @@ void VTPreferencesWindow::addPresence(QVBoxLayout &column)
         { "taskBarOnly", QCoreApplication::translate("Vantle", "Task bar &only") },
         { "menuBarOnly", QCoreApplication::translate("Vantle", "&Menu bar only") },
     };
+    auto *rows = addChoices(column);
     int id = 0;
     for (const Choice &choice : choices) {
         auto *button = new QRadioButton(choice.text, this);
         button->setObjectName(QLatin1String(choice.name));
         button->setAccessibleDescription(title);
         m_iconStatus->addButton(button, id++);
-        column.addWidget(button);
+        rows->addWidget(button);
     }
     m_presenceNote = addNote(column, "presenceNote");
     // Assistive technology toggles where a hand clicks.
@@ -150,8 +153,17 @@ void VTPreferencesWindow::addPresence(QVBoxLayout &column)
     connect(m_iconStatus, &QButtonGroup::idToggled, this, &VTPreferencesWindow::updatePresenceNote);
 }
 
+QVBoxLayout *VTPreferencesWindow::addChoices(QVBoxLayout &column)
+{
+    auto *rows = new QVBoxLayout;
+    rows->setSpacing(pixels(choiceGap));
+    column.addLayout(rows);
+    return rows;
+}
+
 void VTPreferencesWindow::addSwitches(QVBoxLayout &column)
 {
+    QVBoxLayout *const rows = addChoices(column);
     m_hidesWhenInactive
         = new QCheckBox(QCoreApplication::translate("Vantle", "&Hide when another program is in front"), this);
     m_hidesWhenInactive->setObjectName(u"hidesWhenInactive"_s);
@@ -159,7 +171,7 @@ void VTPreferencesWindow::addSwitches(QVBoxLayout &column)
         if (!m_isBeingTold)
             Q_EMIT hidesWhenInactiveChosen(hidesWhenInactive);
     });
-    column.addWidget(m_hidesWhenInactive);
+    rows->addWidget(m_hidesWhenInactive);
 
     m_startsAtLogin = new QCheckBox(QCoreApplication::translate("Vantle", "Start when I &log in"), this);
     m_startsAtLogin->setObjectName(u"startsAtLogin"_s);
@@ -167,7 +179,7 @@ void VTPreferencesWindow::addSwitches(QVBoxLayout &column)
         if (!m_isBeingTold)
             startsAtLoginChosen(startsAtLogin);
     });
-    column.addWidget(m_startsAtLogin);
+    rows->addWidget(m_startsAtLogin);
     m_loginNote = addNote(column, "loginNote");
 }
 
@@ -237,6 +249,7 @@ QLabel *VTPreferencesWindow::addNote(QVBoxLayout &column, const char *name)
     note->setWordWrap(true);
     note->setFont(KLVMetrics(QApplication::font()).font(noteSize));
     note->setForegroundRole(QPalette::PlaceholderText);
+    KLVFollowReadingDirection(*note);
     note->hide();
     column.addWidget(note);
     return note;

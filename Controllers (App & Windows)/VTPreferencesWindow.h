@@ -72,6 +72,7 @@ private:
     };
 
     void addPresence(QVBoxLayout &column);
+    static QVBoxLayout *addChoices(QVBoxLayout &column); // rows that stand closer together
     void addSwitches(QVBoxLayout &column);
     void addHotKeys(QVBoxLayout &column, KeyboardLayouts &layouts, const SRRecorderControl::KeyName &keyName);
     void addHotKeyRow(QGridLayout &grid, HotKey &hotKey, const QString &caption);

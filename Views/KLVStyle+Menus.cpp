@@ -182,7 +182,10 @@ void KLVStyle::drawMenuItemTexts(
     if (!words.shortcut.isEmpty()) {
         const bool isPlain = isUsable(option) && !option.state.testFlag(State_Selected);
         painter.setPen(isPlain ? KLVTheme(option.palette).dimText() : color);
+        // Keys stand in their order, whichever way people read.
+        painter.setLayoutDirection(Qt::LeftToRight);
         painter.drawText(texts, flags(Qt::AlignRight), words.shortcut);
+        painter.setLayoutDirection(option.direction);
     }
     if (isSubmenu) {
         const QRect arrow(right, rect.top(), points(arrowArea), rect.height());

@@ -8,6 +8,7 @@
 #include <QIcon>
 #include <QPainter>
 #include <QPainterPath>
+#include <QWidget>
 
 using namespace KLVStyleShapes;
 

@@ -104,6 +104,9 @@ void SRRecorderControl::paintEvent(QPaintEvent * /*event*/)
     const QFont roomy = combinationFont(font(), unit());
     if (isCombination && QFontMetrics(roomy).horizontalAdvance(displayedText()) <= textArea.width())
         painter.setFont(roomy);
+    // Keys stand in their order, whichever way people read.
+    if (isCombination)
+        painter.setLayoutDirection(Qt::LeftToRight);
     painter.drawText(textArea, Qt::AlignCenter | Qt::TextSingleLine,
         painter.fontMetrics().elidedText(displayedText(), Qt::ElideRight, textArea.width()));
 }

@@ -87,6 +87,7 @@ private Q_SLOTS:
     void menuIsFlatAndMarksTheItemAtThePointer();
     void menuShowsTicksInAColumnOfTheirOwn();
     void arrowOfAGroupStandsApartFromItsText();
+    void keysInAMenuAreNotMirrored();
     void scrollBarHasNoArrows();
     void cancelStandsBeforeTheDefaultButton();
     void messagesHaveDrawingsOfOurOwn_data() { addSchemes(); }
@@ -427,6 +428,26 @@ void KLVStyleTest::arrowOfAGroupStandsApartFromItsText()
 
     // An area of 16 for the arrow and 8 before it.
     QCOMPARE(grouped.sizeHint().width() - plain.sizeHint().width(), 24);
+}
+
+void KLVStyleTest::keysInAMenuAreNotMirrored()
+{
+    for (const Qt::LayoutDirection direction : { Qt::LeftToRight, Qt::RightToLeft }) {
+        QMenu menu;
+        menu.setLayoutDirection(direction);
+        menu.addAction(u"x"_s)->setShortcut(QKeySequence(u"Ctrl+,"_s));
+        menu.popup({});
+        constexpr int before = 1 + 4 + 9; // the line, the margin of the menu and that of the item
+        const int width = menu.fontMetrics().horizontalAdvance(u"Ctrl+,"_s);
+        const int left = direction == Qt::RightToLeft ? before : menu.width() - before - width;
+        const QImage keys = menu.grab(QRect(left, 5, width, 26)).toImage();
+
+        // The comma stands at the end, with nothing above it.
+        constexpr int comma = 3;
+        QVERIFY(measuredContrast(keys.copy(0, 0, comma, 13)) > 2);
+        QVERIFY(measuredContrast(keys.copy(width - comma, 0, comma, 13)) < 1.1);
+        QVERIFY(measuredContrast(keys.copy(width - comma, 13, comma, 13)) > 2);
+    }
 }
 
 void KLVStyleTest::scrollBarHasNoArrows()

@@ -54,6 +54,7 @@ private Q_SLOTS:
     void cleanup();
     void emptyFieldInvites();
     void programsCombinationIsReportedAndShown();
+    void combinationIsNotMirrored();
     void sameCombinationIsReportedAgain();
     void clearCombinationHasNoModifiers();
     void modifiersAreShownInTheirOrder();
@@ -135,6 +136,20 @@ void SRRecorderControlTest::programsCombinationIsReportedAndShown()
     QCOMPARE(window->reporters, QList { recorder });
     QCOMPARE(recorder->displayedText(), u"⌥⌃V"_s);
     QCOMPARE(recorder->toolTip(), u"Alt+Ctrl+V"_s);
+}
+
+void SRRecorderControlTest::combinationIsNotMirrored()
+{
+    recorder->setKeyCombo({ .flags = optionAndControl, .code = 9 });
+    const auto middle = [this] {
+        constexpr int aside = 30; // the button to clear it, and as much at the other side
+        return recorder->grab(recorder->rect().adjusted(aside, 0, -aside, 0)).toImage();
+    };
+    const QImage keys = middle();
+
+    recorder->setLayoutDirection(Qt::RightToLeft);
+
+    QCOMPARE(middle(), keys);
 }
 
 void SRRecorderControlTest::sameCombinationIsReportedAgain()
