@@ -253,7 +253,10 @@ void VTCalItemEditController::updateCalendarsPopup(QObject * /*sender*/)
     for (const CalCalendarPtr &calendar : calendars) {
         if (!calendar->isEditable())
             continue;
-        const QImage image = colorDot(*calendar, m_calendarsPopUp->devicePixelRatioF());
+        // In points, which are larger for a larger font.
+        const qreal ratio = m_calendarsPopUp->devicePixelRatioF();
+        QImage image = colorDot(*calendar, ratio * metrics.length(1));
+        image.setDevicePixelRatio(ratio);
         m_calendarsPopUp->addItem(
             QIcon(QPixmap::fromImage(image)), VTSheetForm::oneLine(calendar->title()), QVariant::fromValue(calendar));
         if (!calendar->holds(kind))

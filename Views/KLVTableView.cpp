@@ -151,6 +151,8 @@ void KLVTableView::addButton(int row)
     button->setAutoRaise(true);
     // The row has the keyboard, and keys for what the button does.
     button->setFocusPolicy(Qt::NoFocus);
+    const int side = qRound(metrics.length(signSize));
+    button->setIconSize({ side, side });
     button->setIcon(signIcon(KLVSign::Gear, palette().color(QPalette::Text), metrics.length(1), devicePixelRatioF()));
     button->setToolTip(KLVText::toolTip(m_buttonTitle));
     button->setAccessibleName(m_buttonTitle);

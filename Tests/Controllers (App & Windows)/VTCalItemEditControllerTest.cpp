@@ -4,6 +4,7 @@
 #include <SeenToolTip.h>
 #include <TestRegistry.h>
 
+#include <QApplication>
 #include <QSignalSpy>
 #include <QStandardItemModel>
 
@@ -52,6 +53,7 @@ private Q_SLOTS:
     void alarmSheetStacksOnTheSheet();
 
     void calendarsThatCanBeChangedAreOffered();
+    void dotsOfCalendarsGrowWithTheFont();
     void calendarsOfAnotherKindAreOfferedDisabled();
     void changedCalendarsAreOfferedAnew();
     void chosenCalendarSurvivesAChangeOfTheCalendars();
@@ -230,6 +232,21 @@ void VTCalItemEditControllerTest::calendarsThatCanBeChangedAreOffered()
     QCOMPARE(fixture.events.calendarsPopUp()->currentText(), u"Home"_s);
     QVERIFY(!fixture.events.calendarsPopUp()->itemIcon(0).isNull());
     QCOMPARE(fixture.events.calendarsPopUp()->itemData(1).value<CalCalendarPtr>()->uid(), u"Work"_s);
+}
+
+void VTCalItemEditControllerTest::dotsOfCalendarsGrowWithTheFont()
+{
+    const QFont before = QApplication::font();
+    QFont twice = before;
+    twice.setPixelSize(26);
+    QApplication::setFont(twice);
+    EditSheetFixture fixture;
+    fixture.open(fixture.addEvent(u"Lunch"_s));
+    const KLVPopUpButton *const popUp = fixture.events.calendarsPopUp();
+    QApplication::setFont(before);
+
+    QCOMPARE(popUp->iconSize(), QSize(20, 20));
+    QCOMPARE(popUp->itemIcon(0).actualSize({ 20, 20 }), QSize(20, 20));
 }
 
 void VTCalItemEditControllerTest::calendarsOfAnotherKindAreOfferedDisabled()

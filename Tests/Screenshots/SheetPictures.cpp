@@ -99,7 +99,8 @@ bool save(const QDir &folder, const QString &name, const QPalette &palette)
 
 } // namespace
 
-// Takes pictures of the sheets, filled and empty, light and dark, and with longer texts: sheet_pictures FOLDER
+// Takes pictures of the sheets, filled and empty, light and dark, mirrored, with longer texts and with a font of twice
+// the size: sheet_pictures FOLDER
 int main(int argc, char **argv)
 {
     const QApplication application(argc, argv);
@@ -114,6 +115,15 @@ int main(int argc, char **argv)
     if (!save(folder, u"sheets-light"_s, KLVTheme::lightPalette())
         || !save(folder, u"sheets-dark"_s, KLVTheme::darkPalette()))
         return 1;
-    const LengthenedTexts longer;
-    return save(folder, u"sheets-longer"_s, KLVTheme::lightPalette()) ? 0 : 1;
+    QGuiApplication::setLayoutDirection(Qt::RightToLeft);
+    if (!save(folder, u"sheets-right-to-left"_s, KLVTheme::lightPalette()))
+        return 1;
+    QGuiApplication::setLayoutDirection(Qt::LeftToRight);
+    {
+        const LengthenedTexts longer;
+        if (!save(folder, u"sheets-longer"_s, KLVTheme::lightPalette()))
+            return 1;
+    }
+    setFontPixels(26);
+    return save(folder, u"sheets-large"_s, KLVTheme::darkPalette()) ? 0 : 1;
 }

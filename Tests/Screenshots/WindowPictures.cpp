@@ -71,12 +71,11 @@ QList<QPixmap> menus()
 {
     VTStatusbarMenu iconMenu;
     VTMainMenu menu;
-    Q_EMIT menu.aboutToShow();
-    QList<QPixmap> pictures { pictureOf(iconMenu), pictureOf(menu) };
-    for (QMenu *group : menu.findChildren<QMenu *>()) {
-        Q_EMIT group->aboutToShow();
-        pictures << pictureOf(*group);
-        group->close();
+    QList<QPixmap> pictures;
+    for (QMenu *each : QList<QMenu *> { &iconMenu, &menu } + menu.findChildren<QMenu *>()) {
+        each->popup({});
+        pictures << pictureOf(*each);
+        each->close();
     }
     return pictures;
 }
@@ -99,8 +98,8 @@ bool save(const QDir &folder, const QString &name, const QPalette &palette)
 
 } // namespace
 
-// Takes pictures of preferences, about, feedback, alerts and menus, light and dark, in German, with longer texts and
-// with a font of twice the size: window_pictures FOLDER GERMAN-TRANSLATION
+// Takes pictures of preferences, about, feedback, alerts and menus, light and dark, in German, with longer texts,
+// mirrored and with a font of twice the size: window_pictures FOLDER GERMAN-TRANSLATION
 int main(int argc, char **argv)
 {
     const QApplication application(argc, argv);
@@ -120,6 +119,10 @@ int main(int argc, char **argv)
         if (!save(folder, u"longer"_s, KLVTheme::lightPalette()))
             return 1;
     }
+    QGuiApplication::setLayoutDirection(Qt::RightToLeft);
+    if (!save(folder, u"right-to-left"_s, KLVTheme::darkPalette()))
+        return 1;
+    QGuiApplication::setLayoutDirection(Qt::LeftToRight);
     QApplication::installTranslator(&german);
     QLocale::setDefault(QLocale(QLocale::German));
     if (!save(folder, u"german"_s, KLVTheme::lightPalette()))

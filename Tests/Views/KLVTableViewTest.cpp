@@ -5,6 +5,7 @@
 
 #include <QAbstractButton>
 #include <QAccessible>
+#include <QApplication>
 #include <QSignalSpy>
 #include <QTest>
 
@@ -77,6 +78,7 @@ private Q_SLOTS:
     void selectionGoesWithItsRow();
     void markupInATextIsText();
     void buttonsFollowThePalette();
+    void buttonsGrowWithTheFont();
     void assistiveTechnologyKnowsRowsAndButtons();
     void assistiveTechnologySelectsARowAndPressesItsButton();
     void assistiveTechnologySeesNoEmptyRow();
@@ -248,6 +250,20 @@ void KLVTableViewTest::buttonsFollowThePalette()
     table.view.setPalette(palette);
 
     QVERIFY(table.button(0)->icon().pixmap(16).toImage() != before);
+}
+
+void KLVTableViewTest::buttonsGrowWithTheFont()
+{
+    const QFont before = QApplication::font();
+    QFont twice = before;
+    twice.setPixelSize(26);
+    QApplication::setFont(twice);
+    const Table table;
+    QApplication::setFont(before);
+
+    // 14 at the usual 13 pixels.
+    QCOMPARE(table.button(0)->iconSize(), QSize(28, 28));
+    QCOMPARE(table.button(0)->icon().actualSize({ 28, 28 }), QSize(28, 28));
 }
 
 void KLVTableViewTest::assistiveTechnologyKnowsRowsAndButtons()
