@@ -49,7 +49,7 @@ Result<StoredItem, StoreError> ItemFiles::find(Collection &collection, const Cal
         return found;
     const auto group = Items::groupIn(*found.value().set, record);
     const ICalendar::Document &document = found.value().set->document();
-    if (!group || document.isCut || document.isConverted) {
+    if (!group || !document.canBeChanged()) {
         return Items::damaged(record);
     }
     found.value().group = *group;

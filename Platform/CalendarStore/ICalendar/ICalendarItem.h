@@ -96,6 +96,11 @@ struct Document {
     // The text was in another encoding than UTF-8 (UTF-16) and had to be converted as a whole: the places
     // of components mean nothing in the text as it stands, so nothing can be changed in it.
     bool isConverted = false;
+    // A component lacks its end: where it ends, and what belongs to it, is a guess.
+    bool isUnclosed = false;
+
+    // Whether a change of one thing in the text is sure to be a change of that thing alone.
+    bool canBeChanged() const { return !isCut && !isConverted && !isUnclosed; }
 };
 
 } // namespace ICalendar

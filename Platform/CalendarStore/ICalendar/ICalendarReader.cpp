@@ -474,10 +474,13 @@ Document readDocument(const QByteArray &text, ZoneRegistry &zones)
     document.isConverted = converted.has_value();
     const ContentLines lines(converted ? *converted : text);
     document.isCut = lines.isCut();
+    document.isUnclosed = !std::ranges::all_of(lines.components(), &Component::isClosed);
     if (lines.components().empty())
         document.problems.append({ 0, QStringLiteral("there is no calendar data in it") });
     else if (document.isCut)
         document.problems.append({ 0, QStringLiteral("the text ends before its components do") });
+    else if (document.isUnclosed)
+        document.problems.append({ 0, QStringLiteral("a component lacks its end, so nothing is changed in it") });
     Reader(lines, zones, document).read();
     return document;
 }

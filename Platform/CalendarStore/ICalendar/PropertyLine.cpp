@@ -84,7 +84,7 @@ QByteArray PropertyLine::parameterText(const QByteArray &name) const
 {
     for (const Parameter &parameter : m_parameters) {
         if (parameter.name == name)
-            return ';' + name + '=' + parameter.value;
+            return ';' + parameter.text;
     }
     return {};
 }
@@ -94,7 +94,7 @@ QByteArray PropertyLine::parametersWithout(const QByteArrayList &names) const
     QByteArray text;
     for (const Parameter &parameter : m_parameters) {
         if (!names.contains(parameter.name))
-            text += ';' + parameter.name + '=' + parameter.value;
+            text += ';' + parameter.text;
     }
     return text;
 }
@@ -124,7 +124,8 @@ void PropertyLine::takeParameters(QByteArrayView text)
         const qsizetype equals = one.indexOf('=');
         const QByteArrayView name = equals < 0 ? one : one.first(equals);
         const QByteArrayView value = equals < 0 ? QByteArrayView() : one.sliced(equals + 1);
-        m_parameters.push_back({ name.trimmed().toByteArray().toUpper(), value.trimmed().toByteArray() });
+        m_parameters.push_back(
+            { name.trimmed().toByteArray().toUpper(), value.trimmed().toByteArray(), one.toByteArray() });
         begin = i + 1;
     }
 }

@@ -37,6 +37,7 @@ private:
     struct Parameter {
         QByteArray name; // upper case
         QByteArray value; // as the line holds it
+        QByteArray text; // all of it, as the line holds it
     };
 
     qsizetype findColon(bool honoursQuotes) const;

@@ -49,7 +49,7 @@ QByteArray withChangesNoted(
             continue;
         setLine(after, index, "DTSTAMP", utcText(stamp), edits);
         setLine(after, index, "LAST-MODIFIED", utcText(stamp), edits);
-        setLine(after, index, "SEQUENCE", QByteArray::number(before.item(index).sequence + 1), edits);
+        setLine(after, index, "SEQUENCE", nextSequenceText(before.item(index).sequence), edits);
     }
     return edits.text();
 }

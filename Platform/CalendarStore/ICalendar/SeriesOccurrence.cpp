@@ -102,7 +102,9 @@ private:
         const Item &master = m_series.master();
         TimeForm form = m_series.form();
         const auto written = parsedDateTime(property.value());
-        if (property.name() == "DTEND" && master.end && written && written->isDate == form.isDate())
+        // An end before the start reads as the start, and has the form of that.
+        const bool isOwn = written && master.end && written->civil == master.end->civil && master.end != master.start;
+        if (property.name() == "DTEND" && isOwn && written->isDate == form.isDate())
             form = TimeForm::of(property, *master.end);
         add("DTEND" + form.parameters + ':' + form.text(form.civilOf(m_place.end, m_series.local())));
     }
@@ -205,7 +207,7 @@ QByteArray stamped(const QByteArray &text, const Item &item, UtcSeconds stamp)
     TextPatcher patcher(text);
     patcher.setProperty(item.component, "DTSTAMP", utcText(stamp));
     patcher.setProperty(item.component, "LAST-MODIFIED", utcText(stamp));
-    patcher.setProperty(item.component, "SEQUENCE", QByteArray::number(item.sequence + 1));
+    patcher.setProperty(item.component, "SEQUENCE", nextSequenceText(item.sequence));
     return patcher.patchedText();
 }
 

@@ -102,7 +102,15 @@ bool SeriesText::hasOccurrences() const
 int SeriesText::lineOf(int index, const QByteArray &name) const
 {
     const std::vector<std::size_t> lines = linesNamed(m_lines, item(index).component, name);
-    return lines.empty() ? -1 : static_cast<int>(lines.front());
+    if (lines.empty())
+        return -1;
+    // The reader takes the first time that it understands.
+    const bool isTime = name == "DTSTART" || name == "DTEND" || name == "RECURRENCE-ID";
+    for (const std::size_t line : lines) {
+        if (!isTime || parsedDateTime(property(static_cast<int>(line)).value()))
+            return static_cast<int>(line);
+    }
+    return static_cast<int>(lines.front());
 }
 
 PropertyLine SeriesText::property(int line) const

@@ -95,7 +95,9 @@ void TimesWriter::writeEnd(const TimeForm &form, qint64 length, bool isOtherKind
     }
     TimeForm endForm = form;
     const auto written = m_endLine >= 0 ? endAsWritten() : std::nullopt;
-    if (written && !isOtherKind && written->isDate() == form.isDate())
+    // An end before the start reads as the start, and gets the form of that.
+    const bool isOwn = written && written == m_item.end && m_item.end != m_item.start;
+    if (isOwn && !isOtherKind && written->isDate() == form.isDate())
         endForm = m_series.formOf(m_endLine, *written);
     const Zone &local = m_series.local();
     const CivilSeconds civil

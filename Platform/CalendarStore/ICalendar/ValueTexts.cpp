@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <limits>
 
 namespace ICalendar
 {
@@ -79,6 +80,11 @@ QByteArray utcOffsetText(int seconds)
     const int distance = std::abs(seconds);
     const QByteArray text = timeText(distance);
     return (seconds < 0 ? "-" : "+") + (distance % secondsPerMinute == 0 ? text.first(4) : text);
+}
+
+QByteArray nextSequenceText(int sequence)
+{
+    return QByteArray::number(sequence < std::numeric_limits<int>::max() ? sequence + 1 : sequence);
 }
 
 } // namespace ICalendar

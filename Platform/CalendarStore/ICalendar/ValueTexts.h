@@ -26,4 +26,7 @@ QByteArray lengthText(qint64 seconds);
 // Section 3.3.14: "+0100", with seconds only when there are some.
 QByteArray utcOffsetText(int seconds);
 
+// Section 3.8.7.4, of an item whose sequence number was this. The greatest one stays.
+QByteArray nextSequenceText(int sequence);
+
 } // namespace ICalendar

@@ -8,6 +8,7 @@
 #include <CivilDate.h>
 #include <TextPatcher.h>
 #include <ValueTexts.h>
+#include <Values.h>
 #include <ZoneRegistry.h>
 
 namespace Items
@@ -56,7 +57,7 @@ void ComponentPatch::setInstant(const QByteArray &name, ICalendar::UtcSeconds in
     const std::optional<CivilTime> &present, const QByteArray &like)
 {
     const QByteArray others = parametersBeside(name, { "VALUE", "TZID" });
-    if (!present || present->isDate()) {
+    if (!present || present->isDate() || !isValueOf(like, *present)) {
         const TimeValue time = localTimeValue(m_patcher, m_component, instant);
         setValue(name, time.value, time.parameters + others);
     } else if (present->form == CivilTime::Form::Utc) {
@@ -88,13 +89,21 @@ void ComponentPatch::stamp(const QDateTime &now, int sequence)
     const QByteArray text = ICalendar::utcText(now.toSecsSinceEpoch());
     setValue("DTSTAMP", text);
     setValue("LAST-MODIFIED", text);
-    setValue("SEQUENCE", QByteArray::number(sequence));
+    setValue("SEQUENCE", ICalendar::nextSequenceText(sequence));
 }
 
 QByteArray ComponentPatch::parametersBeside(const QByteArray &name, const QByteArrayList &without) const
 {
     const auto line = m_patcher.propertyLine(m_component, name);
     return line ? line->parametersWithout(without) : QByteArray();
+}
+
+// What was read may come from another property where the one of this name is not understood.
+bool ComponentPatch::isValueOf(const QByteArray &name, const CivilTime &time) const
+{
+    const auto line = m_patcher.propertyLine(m_component, name);
+    const auto value = line ? ICalendar::parsedDateTime(line->value()) : std::nullopt;
+    return value && !value->isDate && value->civil == time.civil && value->isUtc == (time.form == CivilTime::Form::Utc);
 }
 
 QByteArray ComponentPatch::zoneNamedBy(const QByteArray &name) const

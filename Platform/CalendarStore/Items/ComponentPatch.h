@@ -36,8 +36,8 @@ public:
     bool has(const QByteArray &name) const;
 
     // An instant in the form that `present`, the value of the property `like`, has by now: of its zone, of
-    // UTC, or of the clock on the wall. A day or nothing becomes a time in the zone of the process, or
-    // where that cannot be said in a text, of UTC.
+    // UTC, or of the clock on the wall. A day, nothing, or what is not understood becomes a time in the zone of the
+    // process, or where that cannot be said in a text, of UTC.
     void setInstant(const QByteArray &name, ICalendar::UtcSeconds instant,
         const std::optional<ICalendar::CivilTime> &present, const QByteArray &like);
     void setDate(const QByteArray &name, QDate date);
@@ -45,10 +45,11 @@ public:
     // Title, notes and link.
     void takeTexts(const CalCalendarItem &record, const CalCalendarItem &read);
 
-    // What tells of a change: DTSTAMP, LAST-MODIFIED, SEQUENCE.
+    // What tells of a change: DTSTAMP, LAST-MODIFIED, and the SEQUENCE after this one.
     void stamp(const QDateTime &now, int sequence);
 
 private:
+    bool isValueOf(const QByteArray &name, const ICalendar::CivilTime &time) const;
     QByteArray zoneNamedBy(const QByteArray &name) const;
     QByteArray parametersBeside(const QByteArray &name, const QByteArrayList &without) const;
 

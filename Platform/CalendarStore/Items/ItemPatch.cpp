@@ -34,7 +34,7 @@ std::optional<QByteArray> utcTextOf(const std::optional<QDateTime> &instant)
 void stampUnlessNew(ComponentPatch &patch, const Item &item, const CalCalendarItem &record, const QDateTime &now)
 {
     if (record.origin().isStored())
-        patch.stamp(now, item.sequence + 1);
+        patch.stamp(now, item.sequence);
 }
 
 // Start, end and length of an event that happens once.
@@ -82,10 +82,12 @@ private:
         const bool hasTimes = m_item.start && !wasAllDay();
         if (!hasTimes || instantOf(*m_item.start) != start)
             writeStart(start);
-        if (keepsLength(end - start)) {
-            const qint64 length = hasTimes && m_item.end ? instantOf(*m_item.end) - instantOf(*m_item.start) : -1;
-            if (length != end - start)
-                m_patch.setValue("DURATION", ICalendar::durationText(end - start));
+        const qint64 wanted = lengthBetween(start, end);
+        if (keepsLength(wanted)) {
+            const qint64 length
+                = hasTimes && m_item.end ? lengthBetween(instantOf(*m_item.start), instantOf(*m_item.end)) : -1;
+            if (length != wanted)
+                m_patch.setValue("DURATION", ICalendar::durationText(wanted));
         } else if (!hasTimes || !m_item.end || instantOf(*m_item.end) != end) {
             writeEnd(end);
         }
@@ -100,6 +102,13 @@ private:
         return m_item.hasDuration && length >= 0;
     }
 
+    // A length goes by the clock on the wall where the start does.
+    qint64 lengthBetween(ICalendar::UtcSeconds start, ICalendar::UtcSeconds end) const
+    {
+        const bool isByClock = m_item.start && m_item.start->form == CivilTime::Form::Floating;
+        return isByClock ? m_local->toCivil(end) - m_local->toCivil(start) : end - start;
+    }
+
     void writeStart(ICalendar::UtcSeconds start)
     {
         if (m_item.start)
@@ -110,7 +119,8 @@ private:
 
     void writeEnd(ICalendar::UtcSeconds end)
     {
-        if (m_patch.has("DTEND"))
+        // An end that is not after the start counts as the start, in the form of that.
+        if (m_patch.has("DTEND") && m_item.end != m_item.start)
             m_patch.setInstant("DTEND", end, m_item.end, "DTEND");
         else
             m_patch.setInstant("DTEND", end, m_item.start, "DTSTART");

@@ -70,8 +70,12 @@ void ItemSet::nameTheNameless()
         // One text for both, where the set is named after its items.
         if (each.uid == m_name)
             each.uid = m_name;
-        if (!each.uid.isEmpty())
+        if (!each.uid.isEmpty()) {
+            // One that was given such a name for good keeps it, and the others keep theirs.
+            if (!each.recurrenceId && each.uid.startsWith(m_name))
+                ++nameless;
             continue;
+        }
         // An override belongs to the series that has no UID either.
         if (each.recurrenceId) {
             each.uid = m_name;

@@ -89,20 +89,25 @@ std::optional<CalItemOrigin> originIn(const ItemIndex &index, const ItemSet &set
     return origin;
 }
 
-std::optional<QByteArray> textToSend(const ItemSet &set, const CalCalendarItem &record, const QByteArray &text)
+QByteArray textWithUids(const ItemSet &set, int index, const QByteArray &text)
 {
-    const auto index = groupIn(set, record);
-    if (!index)
-        return std::nullopt;
-    const ItemGroup &group = set.groups().at(static_cast<size_t>(*index));
+    const ItemGroup &group = set.groups().at(static_cast<size_t>(index));
     ICalendar::TextPatcher patcher(text);
     for (const int member : (group.master >= 0 ? QList<int> { group.master } : QList<int>()) + group.overrides) {
         const ICalendar::Item &item = set.item(member);
         if (patcher.property(item.component, "UID").value_or(QByteArray()).trimmed().isEmpty())
             patcher.setProperty(item.component, "UID", ICalendar::escapedText(item.uid));
     }
+    return patcher.patchedText();
+}
+
+std::optional<QByteArray> textToSend(const ItemSet &set, const CalCalendarItem &record, const QByteArray &text)
+{
+    const auto index = groupIn(set, record);
+    if (!index)
+        return std::nullopt;
     // Components keep their places: only lines of theirs have changed.
-    return textOfGroupAlone(set, *index, patcher.patchedText());
+    return textOfGroupAlone(set, *index, textWithUids(set, *index, text));
 }
 
 std::optional<CalItemOrigin> originOfSent(
@@ -112,7 +117,7 @@ std::optional<CalItemOrigin> originOfSent(
     origin.resource = name;
     origin.distinction.clear();
     const ItemSet set(name, text, zones);
-    if (set.document().isCut || set.document().isConverted || set.groups().size() != 1)
+    if (!set.document().canBeChanged() || set.groups().size() != 1)
         return std::nullopt;
     origin.plainUid = set.uidOf(set.groups().front());
     return origin;

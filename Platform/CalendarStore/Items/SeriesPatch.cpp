@@ -97,7 +97,12 @@ Result<QByteArray, StoreError> patchedSeriesText(
     others.setEndDate(read.endDate());
     others.setRecurrenceRule(read.recurrenceRule());
 
-    QByteArray text = stored.text;
+    // An exception belongs to its series by the UID alone.
+    if (span == CalSpanThisEvent && stored.groupInSet().ordinal > 0)
+        return damaged(event);
+    const QByteArray named
+        = span == CalSpanThisEvent ? textWithUids(*stored.set, stored.group, stored.text) : stored.text;
+    QByteArray text = named;
     ICalendar::SeriesChange change;
     change.recurrenceId = event.origin().recurrenceId.toLatin1();
     change.read = timesOf(read);
@@ -115,9 +120,10 @@ Result<QByteArray, StoreError> patchedSeriesText(
                                                   : ICalendar::textWithOccurrenceChanged(text, context, change);
     if (!changed)
         return refusalOf(event, changed.error());
-    // One occurrence has no rule.
-    const bool hasRule = span == CalSpanAllEvents && hasOtherRule(event);
-    return hasRule ? withRule(changed.value(), stored, event, now, zones) : changed.value();
+    // One occurrence has no rule. A text that would say nothing but UIDs stays as it is.
+    if (span == CalSpanThisEvent)
+        return changed.value() == named ? stored.text : changed.value();
+    return hasOtherRule(event) ? withRule(changed.value(), stored, event, now, zones) : changed.value();
 }
 
 Result<QByteArray, StoreError> seriesTextWithoutOccurrence(

@@ -155,6 +155,8 @@ void EventSavingTest::aLengthStaysALength_data()
     QTest::newRow("longer") << QByteArray("20260311T080000Z") << 0 << 5405 << QByteArrayList { "DURATION:PT2H30M5S" };
     QTest::newRow("more than a day") << QByteArray("20260311T080000Z") << 0 << 25 * 3600 - 3600
                                      << QByteArrayList { "DURATION:PT25H" };
+    QTest::newRow("over a clock change, by the clock")
+        << QByteArray("20260311T090000") << 0 << 31 * 86'400 << QByteArrayList { "DURATION:PT746H" };
     QTest::newRow("begun later") << QByteArray("20260311T080000Z") << 1800 << 0
                                  << QByteArrayList { "DTSTART:20260311T083000Z", "DURATION:PT30M" };
 }
@@ -172,10 +174,12 @@ void EventSavingTest::aLengthStaysALength()
     const CalEventPtr event = eventsOn(*store, QDate(2026, 3, 11)).constFirst();
 
     event->setStartDate(event->startDate().addSecs(startShift));
-    event->setEndDate(event->endDate().addSecs(endShift));
+    const QDateTime end = event->endDate().addSecs(endShift);
+    event->setEndDate(end);
     QVERIFY(store->saveEvent(*event, CalSpanThisEvent).isOk());
 
     QCOMPARE(withoutStamps(linesOnlyIn(folder.read(u"c/e.ics"_s), text)), written);
+    QCOMPARE(eventsOn(*store, QDate(2026, 3, 11)).constFirst()->endDate(), end);
 }
 
 void EventSavingTest::anEndIsAddedWhereThereWasNone()

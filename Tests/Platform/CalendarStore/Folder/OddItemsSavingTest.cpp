@@ -1,0 +1,233 @@
+// SPDX-License-Identifier: MIT
+#include "CalendarFolder.h"
+#include "TestRegistry.h"
+
+#include <CalEvent.h>
+
+#include <QTest>
+
+#include <algorithm>
+#include <limits>
+
+using namespace Qt::StringLiterals;
+
+namespace
+{
+
+const QDate day(2026, 3, 11);
+const QString fileName = u"c/odd.ics"_s;
+
+QByteArray namelessSeries(const QByteArray &title)
+{
+    return "BEGIN:VEVENT\r\nDTSTART:20260309T110000Z\r\nDURATION:PT1H\r\nRRULE:FREQ=DAILY\r\nSUMMARY:" + title
+        + "\r\nEND:VEVENT\r\n";
+}
+
+CalEventPtr eventNamed(const FolderCalendarStore &store, const QString &title, QDate date = day)
+{
+    const CalEventList events = eventsOn(store, date);
+    const auto found = std::ranges::find_if(events, [&](const CalEventPtr &each) { return each->title() == title; });
+    return found == events.end() ? nullptr : *found;
+}
+
+} // namespace
+
+// What a save does where the file is not as it should be: it concerns the item alone, or nothing at all.
+class OddItemsSavingTest final : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void anExceptionOfASeriesWithoutUidIsOneOfThatSeries_data();
+    void anExceptionOfASeriesWithoutUidIsOneOfThatSeries();
+    void nothingIsWrittenForASeriesWithoutUidThatIsAsBefore();
+    void noExceptionIsMadeOfTheSecondOfTwoSeriesWithOneUid();
+    void nothingIsWrittenWhereAComponentIsNotClosed_data();
+    void nothingIsWrittenWhereAComponentIsNotClosed();
+    void anOccurrenceIsExcludedInTheFormOfTheStartThatCounts();
+    void theGreatestSequenceStays();
+    void anEndThatIsNotUnderstoodGetsTheInstant_data();
+    void anEndThatIsNotUnderstoodGetsTheInstant();
+    void aParameterThatIsNotUnderstoodStays();
+};
+
+void OddItemsSavingTest::anExceptionOfASeriesWithoutUidIsOneOfThatSeries_data()
+{
+    QTest::addColumn<QString>("changed");
+    QTest::addColumn<QString>("other");
+
+    QTest::newRow("the first") << u"First"_s << u"Second"_s;
+    QTest::newRow("the second") << u"Second"_s << u"First"_s;
+    QTest::newRow("the third") << u"Third"_s << u"First"_s;
+}
+
+void OddItemsSavingTest::anExceptionOfASeriesWithoutUidIsOneOfThatSeries()
+{
+    QFETCH(const QString, changed);
+    QFETCH(const QString, other);
+    const CalendarFolder folder;
+    folder.write(fileName, calendarText(namelessSeries("First") + namelessSeries("Second") + namelessSeries("Third")));
+    const auto store = folder.openWithoutWatching();
+    const CalEventPtr event = eventNamed(*store, changed);
+    const QString uidOfOther = eventNamed(*store, other)->uid();
+    const QString uid = event->uid();
+
+    event->setTitle(u"Changed"_s);
+    const auto saved = store->saveEvent(*event, CalSpanThisEvent);
+    QVERIFY2(saved.isOk(), qPrintable(saved ? QString() : saved.error().message()));
+
+    QVERIFY(!eventNamed(*store, changed));
+    QCOMPARE(eventNamed(*store, u"Changed"_s)->uid(), uid);
+    QCOMPARE(eventNamed(*store, other)->uid(), uidOfOther);
+    QCOMPARE(eventsOn(*store, day).size(), 3);
+    QVERIFY(eventNamed(*store, changed, day.addDays(1)));
+    QVERIFY(eventNamed(*store, other, day.addDays(1)));
+}
+
+void OddItemsSavingTest::nothingIsWrittenForASeriesWithoutUidThatIsAsBefore()
+{
+    const CalendarFolder folder;
+    const QByteArray text = calendarText(namelessSeries("First"));
+    folder.write(fileName, text);
+    const auto store = folder.openWithoutWatching();
+    const CalEventPtr event = eventNamed(*store, u"First"_s);
+
+    QVERIFY(store->saveEvent(*event, CalSpanThisEvent).isOk());
+
+    QCOMPARE(folder.read(fileName), text);
+}
+
+void OddItemsSavingTest::noExceptionIsMadeOfTheSecondOfTwoSeriesWithOneUid()
+{
+    const CalendarFolder folder;
+    const QByteArray rule = "DURATION:PT1H\r\nRRULE:FREQ=DAILY\r\n";
+    const QByteArray text = calendarText(
+        eventText("same", "First", "20260309T110000Z", rule) + eventText("same", "Second", "20260309T110000Z", rule));
+    folder.write(fileName, text);
+    const auto store = folder.openWithoutWatching();
+    const CalEventPtr event = eventNamed(*store, u"Second"_s);
+
+    event->setTitle(u"Changed"_s);
+    const auto saved = store->saveEvent(*event, CalSpanThisEvent);
+
+    QVERIFY(!saved);
+    QCOMPARE(saved.error().code, StoreError::Code::Unreadable);
+    QCOMPARE(folder.read(fileName), text);
+}
+
+void OddItemsSavingTest::nothingIsWrittenWhereAComponentIsNotClosed_data()
+{
+    QTest::addColumn<QByteArray>("components");
+
+    const QByteArray open = eventText("a", "Open", "20260311T110000Z").replace("END:VEVENT\r\n", "");
+    QTest::newRow("the last of the calendar") << open;
+    QTest::newRow("one before another") << open + eventText("b", "Other", "20260311T110000Z");
+    QTest::newRow("one behind another") << eventText("b", "Other", "20260311T110000Z") + open;
+    QTest::newRow("its alarm") << eventText(
+        "a", "Open", "20260311T110000Z", "BEGIN:VALARM\r\nACTION:DISPLAY\r\nTRIGGER:-PT5M\r\n");
+    QTest::newRow("a calendar in it") << eventText(
+        "a", "Open", "20260311T110000Z", "BEGIN:VCALENDAR\r\n" + eventText("c", "Inner", "20260311T110000Z"));
+}
+
+void OddItemsSavingTest::nothingIsWrittenWhereAComponentIsNotClosed()
+{
+    QFETCH(const QByteArray, components);
+    const CalendarFolder folder;
+    const QByteArray text = calendarText(components);
+    folder.write(fileName, text);
+    const auto store = folder.openWithoutWatching();
+
+    const CalEventPtr event = eventNamed(*store, u"Open"_s);
+    event->setTitle(u"Changed"_s);
+    const auto saved = store->saveEvent(*event, CalSpanThisEvent);
+    const auto removed = store->removeEvent(*event, CalSpanAllEvents);
+
+    QVERIFY(!saved);
+    QCOMPARE(saved.error().code, StoreError::Code::Unreadable);
+    QVERIFY(!removed);
+    QCOMPARE(folder.read(fileName), text);
+}
+
+void OddItemsSavingTest::anOccurrenceIsExcludedInTheFormOfTheStartThatCounts()
+{
+    const CalendarFolder folder;
+    folder.write(fileName,
+        calendarText("BEGIN:VEVENT\r\nUID:e\r\nSUMMARY:Lunch\r\nDTSTART:19Y:Test\r\n"
+                     "DTSTART;TZID=America/Los_Angeles:20260309T130000\r\nRRULE:FREQ=DAILY\r\nEND:VEVENT\r\n"));
+    const auto store = folder.openWithoutWatching();
+
+    QVERIFY(store->removeEvent(*eventNamed(*store, u"Lunch"_s), CalSpanThisEvent).isOk());
+
+    QVERIFY(folder.read(fileName).contains("\r\nEXDATE;TZID=America/Los_Angeles:20260311T130000\r\n"));
+    QVERIFY(!eventNamed(*store, u"Lunch"_s));
+    QVERIFY(eventNamed(*store, u"Lunch"_s, day.addDays(1)));
+}
+
+void OddItemsSavingTest::theGreatestSequenceStays()
+{
+    const QByteArray greatest = QByteArray::number(std::numeric_limits<int>::max());
+    const CalendarFolder folder;
+    folder.write(fileName,
+        calendarText(eventText("e", "Lunch", "20260311T110000Z", "DURATION:PT1H\r\nSEQUENCE:" + greatest + "\r\n")));
+    const auto store = folder.openWithoutWatching();
+
+    const CalEventPtr event = eventNamed(*store, u"Lunch"_s);
+    event->setTitle(u"Dinner"_s);
+    QVERIFY(store->saveEvent(*event, CalSpanThisEvent).isOk());
+
+    QVERIFY(folder.read(fileName).contains(QByteArray("\r\nSEQUENCE:" + greatest + "\r\n")));
+}
+
+void OddItemsSavingTest::anEndThatIsNotUnderstoodGetsTheInstant_data()
+{
+    QTest::addColumn<QByteArray>("end");
+    QTest::addColumn<QByteArray>("written");
+
+    // The start is at 09:00 in Berlin.
+    QTest::newRow("before the start, elsewhere") << QByteArray("DTEND;TZID=Asia/Tokyo:20260311T090000")
+                                                 << QByteArray("DTEND;TZID=Europe/Berlin:20260311T150000");
+    QTest::newRow("a day, elsewhere") << QByteArray("DTEND;TZID=Asia/Tokyo;VALUE=DATE:20260312")
+                                      << QByteArray("DTEND;TZID=Europe/Berlin:20260311T150000");
+    QTest::newRow("nothing that is a time, elsewhere")
+        << QByteArray("DTEND;TZID=Asia/Tokyo:20263311T0900") << QByteArray("DTEND;TZID=Europe/Berlin:20260311T150000");
+    QTest::newRow("as it should be") << QByteArray("DTEND;TZID=Asia/Tokyo:20260311T180000")
+                                     << QByteArray("DTEND;TZID=Asia/Tokyo:20260311T230000");
+}
+
+void OddItemsSavingTest::anEndThatIsNotUnderstoodGetsTheInstant()
+{
+    QFETCH(const QByteArray, end);
+    QFETCH(const QByteArray, written);
+    const CalendarFolder folder;
+    folder.write(fileName,
+        calendarText("BEGIN:VEVENT\r\nUID:e\r\nSUMMARY:Lunch\r\nDTSTART;TZID=Europe/Berlin:20260311T090000\r\n" + end
+            + "\r\nEND:VEVENT\r\n"));
+    const auto store = folder.openWithoutWatching();
+    const CalEventPtr event = eventNamed(*store, u"Lunch"_s);
+    const QDateTime wanted(day, QTime(15, 0));
+
+    event->setEndDate(wanted);
+    QVERIFY(store->saveEvent(*event, CalSpanThisEvent).isOk());
+
+    QVERIFY2(folder.read(fileName).contains(QByteArray("\r\n" + written + "\r\n")), folder.read(fileName).constData());
+    QCOMPARE(eventNamed(*store, u"Lunch"_s)->endDate(), wanted);
+}
+
+void OddItemsSavingTest::aParameterThatIsNotUnderstoodStays()
+{
+    const CalendarFolder folder;
+    folder.write(fileName,
+        calendarText(eventText("e", "Lunch", "20260311T110000Z",
+            "DURATION:PT1H\r\nLOCATION;x-mood;language=de-DE; x-kept = a :Room\r\n")));
+    const auto store = folder.openWithoutWatching();
+    const CalEventPtr event = eventNamed(*store, u"Lunch"_s);
+
+    event->setLocation(u"Hall"_s);
+    QVERIFY(store->saveEvent(*event, CalSpanThisEvent).isOk());
+
+    QVERIFY2(folder.read(fileName).contains("\r\nLOCATION;x-mood;language=de-DE; x-kept = a :Hall\r\n"),
+        folder.read(fileName).constData());
+}
+
+VANTLE_TEST(OddItemsSavingTest)
+#include "OddItemsSavingTest.moc"
