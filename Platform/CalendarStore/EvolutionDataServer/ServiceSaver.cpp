@@ -129,7 +129,7 @@ Result<ServiceSaver::Stored, StoreError> ServiceSaver::find(SourceClient &source
     stored.source = &source;
     stored.uid = uid;
     stored.text = source.textFor(components.value());
-    stored.set = std::make_shared<const Items::ItemSet>(uid, stored.text, m_zones);
+    stored.set = source.setOf(uid, components.value());
     const auto group = Items::groupIn(*stored.set, record);
     if (stored.set->version() != record.origin().version || !group) {
         source.suspect(uid);

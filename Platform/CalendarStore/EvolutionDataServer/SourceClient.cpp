@@ -38,12 +38,20 @@ struct Opening {
     Owned<ESource> source;
     bool holdsEvents = false;
     Owned<ECalClient> client;
-    Owned<ECalClientView> view;
+    Owned<ECalClientView> contents;
+    Owned<ECalClientView> changes;
 };
 
 void deleteOpening(gpointer opening)
 {
     delete static_cast<Opening *>(opening);
+}
+
+Owned<ECalClientView> newView(ECalClient *client, GCancellable *cancellable, GError **error)
+{
+    ECalClientView *view = nullptr;
+    e_cal_client_get_view_sync(client, allItems, &view, cancellable, error);
+    return Owned<ECalClientView>(view);
 }
 
 // On a thread of the library, which may wait.
@@ -54,19 +62,36 @@ void openOnThread(GTask *task, gpointer /*source*/, gpointer data, GCancellable 
     const auto kind = opening->holdsEvents ? E_CAL_CLIENT_SOURCE_TYPE_EVENTS : E_CAL_CLIENT_SOURCE_TYPE_TASKS;
     opening->client.reset(reinterpret_cast<ECalClient *>(
         e_cal_client_connect_sync(opening->source.get(), kind, noWaitForConnection, cancellable, &error)));
-    ECalClientView *view = nullptr;
-    if (opening->client && e_cal_client_get_view_sync(opening->client.get(), allItems, &view, cancellable, &error)) {
-        opening->view.reset(view);
+    if (opening->client)
+        opening->contents = newView(opening->client.get(), cancellable, &error);
+    if (opening->contents)
+        opening->changes = newView(opening->client.get(), cancellable, &error);
+    if (opening->changes)
+        e_cal_client_view_set_flags(opening->changes.get(), E_CAL_CLIENT_VIEW_FLAGS_NONE, &error);
+    if (error)
+        g_task_return_error(task, error);
+    else
         g_task_return_boolean(task, TRUE);
-        return;
-    }
-    g_task_return_error(task, error);
 }
 
-void startOnThread(GTask *task, gpointer /*source*/, gpointer view, GCancellable * /*cancellable*/)
+// The views of a source, in the order in which they are started.
+struct Views {
+    Owned<ECalClientView> changes;
+    Owned<ECalClientView> contents;
+};
+
+void deleteViews(gpointer views)
 {
+    delete static_cast<Views *>(views);
+}
+
+void startOnThread(GTask *task, gpointer /*source*/, gpointer data, GCancellable * /*cancellable*/)
+{
+    const auto *const views = static_cast<Views *>(data);
     GError *error = nullptr;
-    e_cal_client_view_start(static_cast<ECalClientView *>(view), &error);
+    e_cal_client_view_start(views->changes.get(), &error);
+    if (!error)
+        e_cal_client_view_start(views->contents.get(), &error);
     if (error)
         g_task_return_error(task, error);
     else
@@ -148,10 +173,11 @@ void SourceClient::takeClient(GAsyncResult *answer)
     }
     auto *const opening = static_cast<Opening *>(g_task_get_task_data(G_TASK(answer)));
     m_client = std::move(opening->client);
-    m_view = std::move(opening->view);
+    m_contents = std::move(opening->contents);
+    m_changes = std::move(opening->changes);
     m_busName = QString::fromUtf8(takenText(e_client_dup_bus_name(E_CLIENT(m_client.get()))));
     listen();
-    startView();
+    startViews();
 }
 
 void SourceClient::listen()
@@ -162,33 +188,36 @@ void SourceClient::listen()
         g_signal_connect_swapped(
             m_client.get(), property, G_CALLBACK(+[](SourceClient *client) { client->readState(); }), this);
     }
-    for (const char *const name : { "objects-added", "objects-modified" }) {
-        g_signal_connect_swapped(m_view.get(), name,
-            G_CALLBACK(+[](SourceClient *client, const GSList *components) { client->added(components); }), this);
-    }
-    g_signal_connect_swapped(m_view.get(), "objects-removed",
-        G_CALLBACK(+[](SourceClient *client, const GSList *ids) { client->removed(ids); }), this);
+    g_signal_connect_swapped(m_contents.get(), "objects-added",
+        G_CALLBACK(+[](SourceClient *client, const GSList *components) { client->takeContents(components); }), this);
     g_signal_connect_swapped(
-        m_view.get(), "complete", G_CALLBACK(+[](SourceClient *client) { client->viewIsComplete(); }), this);
+        m_contents.get(), "complete", G_CALLBACK(+[](SourceClient *client) { client->contentsAreComplete(); }), this);
+    for (const char *const name : { "objects-added", "objects-modified" }) {
+        g_signal_connect_swapped(m_changes.get(), name,
+            G_CALLBACK(+[](SourceClient *client, const GSList *components) { client->changed(components); }), this);
+    }
+    g_signal_connect_swapped(m_changes.get(), "objects-removed",
+        G_CALLBACK(+[](SourceClient *client, const GSList *ids) { client->removed(ids); }), this);
 }
 
-// The call to start it waits for its answer, so it is made on a thread of the library, too.
-void SourceClient::startView()
+// The calls to start them wait for their answers, so they are made on a thread of the library, too.
+void SourceClient::startViews()
 {
     m_seen.clear();
     m_series.clear();
     const Owned<GTask> task(g_task_new(
-        m_view.get(), m_cancellable.get(),
-        [](GObject * /*view*/, GAsyncResult *answer, gpointer asker) {
+        m_changes.get(), m_cancellable.get(),
+        [](GObject * /*changes*/, GAsyncResult *answer, gpointer asker) {
             const std::unique_ptr<QPointer<SourceClient>> client(static_cast<QPointer<SourceClient> *>(asker));
             Failure failure;
             const bool isStarted = g_task_propagate_boolean(G_TASK(answer), failure);
-            const bool isMeant = *client && (*client)->m_view.get() == g_task_get_source_object(G_TASK(answer));
+            const bool isMeant = *client && (*client)->m_changes.get() == g_task_get_source_object(G_TASK(answer));
             if (!isStarted && isMeant)
                 (*client)->openLater();
         },
         new QPointer<SourceClient>(this)));
-    g_task_set_task_data(task.get(), g_object_ref(m_view.get()), g_object_unref);
+    g_task_set_task_data(
+        task.get(), new Views { referenced(m_changes.get()), referenced(m_contents.get()) }, deleteViews);
     g_task_run_in_thread(task.get(), startOnThread);
 }
 
@@ -204,11 +233,10 @@ void SourceClient::close()
     m_busName.clear();
     if (m_cancellable)
         g_cancellable_cancel(m_cancellable.get());
-    if (m_view)
-        g_signal_handlers_disconnect_by_data(m_view.get(), this);
+    dropView(m_contents);
+    dropView(m_changes);
     if (m_client)
         g_signal_handlers_disconnect_by_data(m_client.get(), this);
-    m_view.reset();
     m_client.reset();
     m_series.clear();
     m_toldZones.clear();
@@ -226,24 +254,41 @@ void SourceClient::openLater()
     tellState();
 }
 
-void SourceClient::added(const GSList *components)
+void SourceClient::dropView(Owned<ECalClientView> &view)
+{
+    if (view)
+        g_signal_handlers_disconnect_by_data(view.get(), this);
+    view.reset();
+}
+
+void SourceClient::takeContents(const GSList *components)
+{
+    for (const GSList *node = components; node; node = node->next) {
+        auto *const component = static_cast<ICalComponent *>(node->data);
+        const QString uid = uidOf(component);
+        m_seen.insert(uid);
+        if (m_ownWrites.contains(uid))
+            suspect(uid);
+        else if (isOfSeries(component))
+            m_series[uid] << componentText(component);
+        else
+            take(uid, { componentText(component) }, Author::Others);
+    }
+}
+
+void SourceClient::changed(const GSList *components)
 {
     for (const GSList *node = components; node; node = node->next) {
         auto *const component = static_cast<ICalComponent *>(node->data);
         const QString uid = uidOf(component);
         const bool wasOfSeries = m_sets.contains(uid) && m_sets.value(uid)->document().items.size() > 1;
-        if (!m_isOpen && !m_ownWrites.contains(uid)) {
+        // What is still on its way may be older than this.
+        if (!m_isOpen)
             m_seen.insert(uid);
-            if (isOfSeries(component))
-                m_series[uid] << componentText(component);
-            else
-                take(uid, textFor({ componentText(component) }), Author::Others);
-        } else if (!m_isOpen || isOfSeries(component) || wasOfSeries || m_ownWrites.contains(uid)) {
-            m_seen.insert(uid);
+        if (!m_isOpen || isOfSeries(component) || wasOfSeries || m_ownWrites.contains(uid))
             suspect(uid);
-        } else {
-            take(uid, textFor({ componentText(component) }), Author::Others);
-        }
+        else
+            take(uid, { componentText(component) }, Author::Others);
     }
 }
 
@@ -254,19 +299,16 @@ void SourceClient::removed(const GSList *ids)
         const QString uid = QString::fromUtf8(e_cal_component_id_get_uid(id));
         const Items::ItemSetPtr known = m_sets.value(uid);
         const bool isOneOfMany = known && known->document().items.size() > 1;
-        m_seen.remove(uid);
-        m_series.remove(uid);
-        if (isOneOfMany || m_ownWrites.contains(uid) || e_cal_component_id_get_rid(id))
+        if (!m_isOpen || isOneOfMany || m_ownWrites.contains(uid) || e_cal_component_id_get_rid(id))
             suspect(uid);
         else
             drop(uid, Author::Others);
     }
 }
 
-void SourceClient::viewIsComplete()
+void SourceClient::contentsAreComplete()
 {
-    if (m_isOpen)
-        return;
+    dropView(m_contents);
     m_patience.stop();
     m_failures = 0;
     m_isOpen = true;
@@ -274,7 +316,7 @@ void SourceClient::viewIsComplete()
         if (m_ownWrites.contains(series.key()))
             suspect(series.key());
         else
-            take(series.key(), textFor(series.value()), Author::Others);
+            take(series.key(), series.value(), Author::Others);
     }
     m_series = {};
     const QStringList known = m_sets.keys();
@@ -304,12 +346,20 @@ QByteArray SourceClient::textFor(const QList<ComponentText> &components) const
     return calendarText(components, zones);
 }
 
-void SourceClient::take(const QString &uid, const QByteArray &text, Author author)
+// Definitions of zones come later than the items in them, and do not make another version of an item.
+Items::ItemSetPtr SourceClient::setOf(const QString &uid, const QList<ComponentText> &components) const
 {
-    learnZones(uid, text);
-    auto set = std::make_shared<const Items::ItemSet>(uid, text, m_zones);
+    return std::make_shared<const Items::ItemSet>(
+        uid, textFor(components), m_zones, Items::ItemSet::versionOf(calendarText(components, {})));
+}
+
+void SourceClient::take(const QString &uid, const QList<ComponentText> &components, Author author)
+{
+    learnZones(uid, components);
+    auto set = setOf(uid, components);
     const Items::ItemSetPtr known = m_sets.value(uid);
-    if (known && known->version() == set->version())
+    const bool isInOtherZone = m_rezoned.remove(uid);
+    if (known && known->version() == set->version() && !isInOtherZone)
         return;
     if (known)
         m_index.remove(*known);
@@ -335,7 +385,11 @@ Items::ItemSetPtr SourceClient::takeOwn(const QString &uid, const QList<Componen
     if (components.isEmpty())
         drop(uid, Author::Ourselves);
     else
-        take(uid, textFor(components), Author::Ourselves);
+        take(uid, components, Author::Ourselves);
+    // A server's calendar has a tag for what it holds. The service looks at it only when it refreshes: without that, a
+    // calendar that another machine makes what it was before this change looks unchanged.
+    if (m_description.isRemote)
+        refresh();
     return m_sets.value(uid);
 }
 
@@ -384,7 +438,7 @@ void SourceClient::takeFetched(const Fetch &fetch, GAsyncResult *answer)
         // What came may be older than what was written here meanwhile.
         m_suspects.insert(fetch.uid);
     } else if (isFound && !components.isEmpty()) {
-        take(fetch.uid, textFor(components), Author::Others);
+        take(fetch.uid, components, Author::Others);
     } else if (isFound || failure.is(E_CAL_CLIENT_ERROR, E_CAL_CLIENT_ERROR_OBJECT_NOT_FOUND)) {
         drop(fetch.uid, Author::Others);
     } else {
@@ -396,9 +450,9 @@ void SourceClient::takeFetched(const Fetch &fetch, GAsyncResult *answer)
 }
 
 // A zone that the service holds for the calendar wins over the system's of the same name.
-void SourceClient::learnZones(const QString &uid, const QByteArray &text)
+void SourceClient::learnZones(const QString &uid, const QList<ComponentText> &components)
 {
-    for (const QByteArray &name : zonesOf(text)) {
+    for (const QByteArray &name : zonesOf(calendarText(components, {}))) {
         if (m_zoneTexts.contains(name) || !m_client)
             continue;
         const bool isAsked = m_zoneUsers.contains(name);
@@ -440,8 +494,10 @@ void SourceClient::takeZone(const QByteArray &name, GAsyncResult *answer)
     const QSet<QString> users = m_zoneUsers.take(name);
     if (text.isEmpty())
         return;
-    for (const QString &uid : users)
+    for (const QString &uid : users) {
+        m_rezoned.insert(uid);
         suspect(uid);
+    }
 }
 
 void SourceClient::refresh()

@@ -23,9 +23,12 @@ namespace Service
 // One source of the service, opened, and what is known of its items.
 //
 // Opens without waiting, and opens again by itself whenever the service has gone.
-// A live view brings every item and every later change; what is kept of them are
-// compact values, no objects of the library. While the source cannot be reached,
-// what was known last stays.
+// One view brings every item, another one every later change; what is kept of them
+// are compact values, no objects of the library. While the source cannot be
+// reached, what was known last stays.
+//
+// Two views, because the service holds back for two seconds what changes after a
+// view has begun to bring items; one that brings none tells changes at once.
 //
 // Components of a series come one by one and in any order, so whatever belongs to
 // a series is asked for anew by its uid. Whether something has changed is decided
@@ -59,7 +62,10 @@ public:
     void setUnanswering(bool isUnanswering);
 
     const Items::ItemIndex &items() const { return m_index; }
+    bool isEmpty() const { return m_sets.isEmpty(); }
     Items::ItemSetPtr set(const QString &uid) const { return m_sets.value(uid); }
+    // What such components would be as an item of this source.
+    Items::ItemSetPtr setOf(const QString &uid, const QList<ComponentText> &components) const;
 
     // What one uid holds, as a text that can be read and patched.
     QByteArray textFor(const QList<ComponentText> &components) const;
@@ -85,23 +91,26 @@ private:
     // Opening.
     void takeClient(GAsyncResult *answer);
     void listen();
-    void startView();
+    void startViews();
     void close();
     void openLater();
 
-    // What the view tells.
-    void added(const GSList *components);
+    void dropView(Owned<ECalClientView> &view);
+
+    // What the views tell.
+    void takeContents(const GSList *components);
+    void contentsAreComplete();
+    void changed(const GSList *components);
     void removed(const GSList *ids);
-    void viewIsComplete();
 
     // Items.
-    void take(const QString &uid, const QByteArray &text, CalBackendChange::Author author);
+    void take(const QString &uid, const QList<ComponentText> &components, CalBackendChange::Author author);
     void drop(const QString &uid, CalBackendChange::Author author);
     void fetchSuspects();
     void takeFetched(const Fetch &fetch, GAsyncResult *answer);
 
     // Zones.
-    void learnZones(const QString &uid, const QByteArray &text);
+    void learnZones(const QString &uid, const QList<ComponentText> &components);
     void takeZone(const QByteArray &name, GAsyncResult *answer);
 
     void readState();
@@ -113,7 +122,8 @@ private:
 
     Owned<GCancellable> m_cancellable; // of whatever is under way
     Owned<ECalClient> m_client;
-    Owned<ECalClientView> m_view;
+    Owned<ECalClientView> m_contents; // until all items have come
+    Owned<ECalClientView> m_changes;
     QString m_busName;
     quint64 m_attempt = 0; // answers of earlier ones are dropped
     int m_failures = 0; // since it was open last
@@ -128,8 +138,8 @@ private:
 
     QHash<QString, Items::ItemSetPtr> m_sets; // by uid
     Items::ItemIndex m_index;
-    QSet<QString> m_seen; // uids that came since the view was started
-    QHash<QString, QList<ComponentText>> m_series; // that came so far, until the view is complete
+    QSet<QString> m_seen; // uids that came since the views were started
+    QHash<QString, QList<ComponentText>> m_series; // that came so far, until all have
 
     QSet<QString> m_suspects;
     int m_fetching = 0;
@@ -138,6 +148,7 @@ private:
 
     QHash<QByteArray, QByteArray> m_zoneTexts; // by name; empty for those that the system knows
     QHash<QByteArray, QSet<QString>> m_zoneUsers; // uids, while a zone is asked for
+    QSet<QString> m_rezoned; // uids whose zone has become another one since they were taken in
     QSet<QByteArray> m_toldZones;
 };
 

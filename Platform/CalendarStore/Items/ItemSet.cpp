@@ -38,8 +38,13 @@ void widen(std::optional<UtcSeconds> &earliest, UtcSeconds instant)
 } // namespace
 
 ItemSet::ItemSet(QString name, const QByteArray &text, ICalendar::ZoneRegistry &zones)
+    : ItemSet(std::move(name), text, zones, versionOf(text))
+{
+}
+
+ItemSet::ItemSet(QString name, const QByteArray &text, ICalendar::ZoneRegistry &zones, QByteArray version)
     : m_name(std::move(name))
-    , m_version(versionOf(text))
+    , m_version(std::move(version))
     , m_document(ICalendar::readDocument(text, zones))
 {
     // Thousands of sets are kept, most of them of one item: what a list holds ready for more would be half of it all.

@@ -49,12 +49,14 @@ class ItemSet
 public:
     // `name` is one among the sets of a calendar.
     ItemSet(QString name, const QByteArray &text, ICalendar::ZoneRegistry &zones);
+    // Of a version that is not that of all bytes: what it leaves out may change under it.
+    ItemSet(QString name, const QByteArray &text, ICalendar::ZoneRegistry &zones, QByteArray version);
     virtual ~ItemSet() = default;
     ItemSet(const ItemSet &) = delete;
     ItemSet &operator=(const ItemSet &) = delete;
 
     const QString &name() const { return m_name; }
-    // Of the text's bytes: the version of all its items.
+    // Of the text's bytes, unless it was given: the version of all its items.
     const QByteArray &version() const { return m_version; }
     static QByteArray versionOf(const QByteArray &text);
     const ICalendar::Document &document() const { return m_document; }
