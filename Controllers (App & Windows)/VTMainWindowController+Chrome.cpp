@@ -56,14 +56,23 @@ void VTMainWindowController::connectControls()
     connectDrawer();
     connectSplitView();
     connect(m_window->revealStrip(), &KLVRevealStrip::clicked, this, [this] { toogleDateBar(); });
-    connect(&m_services.store, &CalCalendarStore::silentServicesDidChange, this, &VTMainWindowController::updateNotice);
+    connect(&m_services.store, &CalCalendarStore::silenceDidChange, this, &VTMainWindowController::updateNotice);
     updateNotice();
 }
 
 void VTMainWindowController::updateNotice()
 {
-    if (m_window)
-        m_window->notice()->say(VTSilenceWords(m_services.store.silentServices()));
+    if (!m_window)
+        return;
+    // What the person does not look at cannot be out of date to them.
+    const QStringList unselected = m_unselectedCalendarsUID.value_or(QStringList());
+    QStringList titles;
+    for (const CalCalendarPtr &calendar : m_services.store.silentCalendars()) {
+        if (!unselected.contains(calendar->uid()))
+            titles.append(calendar->title());
+    }
+    m_window->notice()->say(
+        titles.isEmpty() && m_services.store.hasUnreachedService() ? VTUnreachedWords() : VTSilenceWords(titles));
 }
 
 void VTMainWindowController::connectMenu()
@@ -232,6 +241,7 @@ void VTMainWindowController::updateControls()
     if (!m_window)
         return;
     reloadCalendars();
+    updateNotice();
     updateDatePicker();
     dateLabel()->setText(dateLabelFormatter().stringFromDate(date()));
     dateNavigator()->setLabel_forSegment(

@@ -19,28 +19,37 @@ QString shortened(const QString &name)
     return line.size() > longestName ? line.left(longestName - 1) + u'…' : line;
 }
 
+QString listed(const QStringList &names, const QLocale &locale)
+{
+    if (names.size() <= mostNames)
+        return locale.createSeparatedList(names);
+    //: %1 and %2: names of calendars. %3: how many there are besides, always several.
+    return QCoreApplication::translate("Vantle", "%1, %2 and %3 more")
+        .arg(names.at(0), names.at(1), locale.toString(names.size() - 2));
+}
+
 } // namespace
 
-QString VTSilenceWords(const QStringList &services, const QLocale &locale)
+QString VTSilenceWords(const QStringList &titles, const QLocale &locale)
 {
-    if (services.isEmpty())
+    if (titles.isEmpty())
         return {};
     QStringList names;
-    for (const QString &service : services) {
-        const QString name = shortened(service);
+    for (const QString &title : titles) {
+        const QString name = shortened(title);
         if (!name.isEmpty() && !names.contains(name))
             names.append(name);
     }
-    if (names.isEmpty() || names.size() > mostNames) {
+    if (names.isEmpty()) {
         return QCoreApplication::translate(
             "Vantle", "Some calendars may be out of date: their service does not answer.");
     }
-    if (names.size() == 1) {
-        //: %1: the name of an account.
-        return QCoreApplication::translate("Vantle", "%1 calendars may be out of date: the service does not answer.")
-            .arg(names.first());
-    }
-    //: %1: the names of several accounts.
-    return QCoreApplication::translate("Vantle", "%1 calendars may be out of date: the services do not answer.")
-        .arg(locale.createSeparatedList(names));
+    //: %1: the names of one or several calendars.
+    return QCoreApplication::translate("Vantle", "%1 may be out of date: the service does not answer.")
+        .arg(listed(names, locale));
+}
+
+QString VTUnreachedWords()
+{
+    return QCoreApplication::translate("Vantle", "The desktop’s calendars are missing: their service does not answer.");
 }

@@ -331,7 +331,7 @@ void CalCalendarStore::listenTo(CalendarStoreBackend &backend)
             Q_EMIT loaded();
         }
     });
-    connect(&backend, &CalendarStoreBackend::silentServicesDidChange, this, &CalCalendarStore::silentServicesDidChange);
+    connect(&backend, &CalendarStoreBackend::silenceDidChange, this, &CalCalendarStore::silenceDidChange);
 }
 
 CalCalendarStore::~CalCalendarStore() = default;
@@ -348,8 +348,8 @@ void CalCalendarStore::addBackend(std::unique_ptr<CalendarStoreBackend> backend)
     if (!change.calendarUids.isEmpty())
         d->takeIn(change, added);
     d->completionIsAnnounced = d->completionIsAnnounced && isComplete();
-    if (!added.silentServices().isEmpty())
-        QMetaObject::invokeMethod(this, &CalCalendarStore::silentServicesDidChange, Qt::QueuedConnection);
+    if (!added.silentCalendars().isEmpty() || added.isUnreached())
+        QMetaObject::invokeMethod(this, &CalCalendarStore::silenceDidChange, Qt::QueuedConnection);
 }
 
 void CalCalendarStore::refresh()
@@ -386,12 +386,20 @@ bool CalCalendarStore::isComplete() const
     return d->isComplete();
 }
 
-QStringList CalCalendarStore::silentServices() const
+CalCalendarList CalCalendarStore::silentCalendars() const
 {
-    QStringList services;
-    for (const auto &backend : d->backends)
-        services += backend->silentServices();
-    return services;
+    const auto merged = d->merged();
+    CalCalendarList silent;
+    for (const Entry &entry : merged->entries()) {
+        if (entry.backend->silentCalendars().contains(entry.own->uid()))
+            silent.append(entry.shown);
+    }
+    return silent;
+}
+
+bool CalCalendarStore::hasUnreachedService() const
+{
+    return std::ranges::any_of(d->backends, [](const auto &backend) { return backend->isUnreached(); });
 }
 
 CalPredicate CalCalendarStore::eventPredicateWithStartDate_endDate_calendars(

@@ -58,9 +58,11 @@ public:
     // Whether all that the back ends hold has been read.
     bool isComplete() const;
 
-    // Services that do not answer at this moment, by the names that people know them by. What they hold is
-    // still shown as it was last known, so the person is to be told. In the order of the back ends.
-    QStringList silentServices() const;
+    // Calendars whose service does not answer at this moment, in the order of calendars(). What they hold is
+    // still shown as it was last known, so the person is to be told.
+    CalCalendarList silentCalendars() const;
+    // Whether a service was asked in vain which calendars it has, so that they are not there.
+    bool hasUnreachedService() const;
 
     // Both bounds belong to the range. An event that ends exactly at the start is not in it; one
     // without length is when it lies at the start or the end or between.
@@ -106,8 +108,8 @@ Q_SIGNALS:
     void loaded();
     // undoableRemovalTitle() answers otherwise. Sent from within the call that made it so.
     void undoableRemovalDidChange();
-    // silentServices() has become another list.
-    void silentServicesDidChange();
+    // silentCalendars() or hasUnreachedService() answers otherwise.
+    void silenceDidChange();
 
 private:
     void listenTo(CalendarStoreBackend &backend);

@@ -48,9 +48,11 @@ public:
     // Whether the first calendar is one that the user declared as the default.
     virtual bool hasDeclaredDefault() const = 0;
     virtual bool isComplete() const = 0;
-    // Services of this back end that do not answer at this moment, each by the name that a person
-    // knows it by. What they hold is shown as it was last known.
-    virtual QStringList silentServices() const { return {}; }
+    // The uids of those calendars whose service does not answer at this moment. What they hold is shown as it was last
+    // known.
+    virtual QStringList silentCalendars() const { return {}; }
+    // Whether a service of this back end was asked in vain which calendars it has, ever since the start.
+    virtual bool isUnreached() const { return false; }
 
     // Has accounts look at what their servers hold by now. Returns at once; what is new is told by changed().
     virtual void refresh() { }
@@ -98,6 +100,6 @@ Q_SIGNALS:
     // Sent from the event loop, never from within a call; bursts merged.
     void changed(const CalBackendChange &change);
     void loaded();
-    // silentServices() has become another list.
-    void silentServicesDidChange();
+    // silentCalendars() or isUnreached() answers otherwise.
+    void silenceDidChange();
 };

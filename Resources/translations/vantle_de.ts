@@ -992,16 +992,6 @@
         <translation>Manche Kalender sind möglicherweise veraltet: Ihr Dienst antwortet nicht.</translation>
     </message>
     <message>
-        <source>%1 calendars may be out of date: the service does not answer.</source>
-        <extracomment>%1: the name of an account.</extracomment>
-        <translation>Kalender von %1 sind möglicherweise veraltet: Der Dienst antwortet nicht.</translation>
-    </message>
-    <message>
-        <source>%1 calendars may be out of date: the services do not answer.</source>
-        <extracomment>%1: the names of several accounts.</extracomment>
-        <translation>Kalender von %1 sind möglicherweise veraltet: Die Dienste antworten nicht.</translation>
-    </message>
-    <message>
         <source>active</source>
         <comment>hot key</comment>
         <translation>aktiv</translation>
@@ -1151,10 +1141,6 @@ Geben Sie das Passwort des Kontos in dem Programm ein, das Ihre Kalender verwalt
     <message>
         <source>It is in both calendars now: it could not be taken out of “%1”.</source>
         <translation>Es steht jetzt in beiden Kalendern: Aus „%1“ konnte es nicht entfernt werden.</translation>
-    </message>
-    <message>
-        <source>Desktop</source>
-        <translation>Desktop</translation>
     </message>
     <message>
         <source>The calendar service cannot store it like this.</source>
@@ -1357,12 +1343,18 @@ Geben Sie das Passwort des Kontos in dem Programm ein, das Ihre Kalender verwalt
         <translation>Nicht festgelegt.</translation>
     </message>
     <message>
-        <source>Question</source>
-        <translation>Frage</translation>
+        <source>%1, %2 and %3 more</source>
+        <extracomment>%1 and %2: names of calendars. %3: how many there are besides, always several.</extracomment>
+        <translation>%1, %2 und %3 weitere</translation>
     </message>
     <message>
-        <source>Warning</source>
-        <translation>Warnung</translation>
+        <source>%1 may be out of date: the service does not answer.</source>
+        <extracomment>%1: the names of one or several calendars.</extracomment>
+        <translation>Möglicherweise veraltet: %1. Der Dienst antwortet nicht.</translation>
+    </message>
+    <message>
+        <source>The desktop’s calendars are missing: their service does not answer.</source>
+        <translation>Die Kalender des Desktops fehlen: Ihr Dienst antwortet nicht.</translation>
     </message>
 </context>
 </TS>

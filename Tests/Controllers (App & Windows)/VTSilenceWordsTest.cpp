@@ -21,33 +21,39 @@ private Q_SLOTS:
     void lineIsThereWhileAServiceIsSilent();
     void lastShownDayStaysWhileAServiceIsSilent();
     void lineStandsUnderTheDateBarAndTakesItsRoomFromTheLists();
+    void hiddenCalendarsAreNotNamed();
+    void renamedCalendarIsNamedAnew();
+    void serviceThatWasNeverReachedHasNoNames();
     void lineOfTheStartIsThereAtOnce();
 };
 
 void VTSilenceWordsTest::words_data()
 {
-    QTest::addColumn<QStringList>("services");
+    QTest::addColumn<QStringList>("titles");
     QTest::addColumn<QString>("expected");
 
     QTest::newRow("none") << QStringList() << QString();
-    QTest::newRow("one") << QStringList { u"Personal"_s }
-                         << u"Personal calendars may be out of date: the service does not answer."_s;
-    QTest::newRow("two") << QStringList { u"Personal"_s, u"Office"_s }
-                         << u"Personal and Office calendars may be out of date: the services do not answer."_s;
-    QTest::newRow("the same name twice") << QStringList { u"Office"_s, u"Office"_s }
-                                         << u"Office calendars may be out of date: the service does not answer."_s;
+    QTest::newRow("one") << QStringList { u"Work"_s } << u"Work may be out of date: the service does not answer."_s;
+    QTest::newRow("two") << QStringList { u"Work"_s, u"Home"_s }
+                         << u"Work and Home may be out of date: the service does not answer."_s;
+    QTest::newRow("three") << QStringList { u"Work"_s, u"Home"_s, u"Choir"_s }
+                           << u"Work, Home and Choir may be out of date: the service does not answer."_s;
+    QTest::newRow("many") << QStringList { u"Work"_s, u"Home"_s, u"a"_s, u"b"_s, u"c"_s }
+                          << u"Work, Home and 3 more may be out of date: the service does not answer."_s;
+    QTest::newRow("the same name twice") << QStringList { u"Work"_s, u"Work"_s }
+                                         << u"Work may be out of date: the service does not answer."_s;
     QTest::newRow("without a name") << QStringList { QString() }
                                     << u"Some calendars may be out of date: their service does not answer."_s;
-    QTest::newRow("many") << QStringList { u"a"_s, u"b"_s, u"c"_s, u"d"_s }
-                          << u"Some calendars may be out of date: their service does not answer."_s;
+    QTest::newRow("a name that is a place for another") << QStringList { u"%2"_s, u"%3"_s, u"a"_s,
+        u"%1"_s } << u"%2, %3 and 2 more may be out of date: the service does not answer."_s;
 }
 
 void VTSilenceWordsTest::words()
 {
-    QFETCH(const QStringList, services);
+    QFETCH(const QStringList, titles);
     QFETCH(const QString, expected);
 
-    QCOMPARE(VTSilenceWords(services, QLocale(u"en_GB"_s)), expected);
+    QCOMPARE(VTSilenceWords(titles, QLocale(u"en_GB"_s)), expected);
 }
 
 void VTSilenceWordsTest::hostileNamesAreShortPlainText()
@@ -55,7 +61,10 @@ void VTSilenceWordsTest::hostileNamesAreShortPlainText()
     MainWindowFixture fixture;
     fixture.wakeWithWindow();
 
-    fixture.backend().setSilentServices({ u"<b>a</b>\n<img src='file:///x'>"_s + QString(1'000'000, u'z') });
+    const QString title = u"<b>a</b>\n<img src='file:///x'>"_s + QString(1'000'000, u'z');
+    fixture.backend().addCalendar(std::make_shared<CalCalendar>(
+        CalCalendar::Values { .uid = u"hostile"_s, .title = title, .color = Qt::darkCyan }));
+    fixture.backend().setSilentCalendars({ u"hostile"_s });
 
     KLVNotice *const notice = fixture.window->notice();
     QTRY_VERIFY(notice->isVisible());
@@ -71,11 +80,11 @@ void VTSilenceWordsTest::lineIsThereWhileAServiceIsSilent()
     KLVNotice *const notice = fixture.window->notice();
     QVERIFY(!notice->isVisible());
 
-    fixture.backend().setSilentServices({ u"Personal"_s });
+    fixture.backend().setSilentCalendars({ u"Work"_s });
     QTRY_VERIFY(notice->isVisible());
-    QCOMPARE(notice->accessibleName(), u"Personal calendars may be out of date: the service does not answer."_s);
+    QCOMPARE(notice->accessibleName(), u"Work may be out of date: the service does not answer."_s);
 
-    fixture.backend().setSilentServices({});
+    fixture.backend().setSilentCalendars({});
     QTRY_VERIFY(!notice->isVisible());
 }
 
@@ -86,7 +95,7 @@ void VTSilenceWordsTest::lastShownDayStaysWhileAServiceIsSilent()
     fixture.addTask("task");
     const VTMainWindowController &controller = fixture.wakeWithWindow();
 
-    fixture.backend().setSilentServices({ u"Personal"_s });
+    fixture.backend().setSilentCalendars({ u"Work"_s });
     QTRY_VERIFY(fixture.window->notice()->isVisible());
 
     QCOMPARE(controller.eventsAccordion()->accordionViewItems().size(), 1);
@@ -102,7 +111,7 @@ void VTSilenceWordsTest::lineStandsUnderTheDateBarAndTakesItsRoomFromTheLists()
     const QSize size = fixture.window->size();
     const int lists = fixture.window->splitView()->height();
 
-    fixture.backend().setSilentServices({ u"Personal"_s });
+    fixture.backend().setSilentCalendars({ u"Work"_s });
 
     const KLVNotice *notice = fixture.window->notice();
     QTRY_VERIFY(notice->isVisible() && fixture.window->splitView()->height() < lists);
@@ -112,10 +121,51 @@ void VTSilenceWordsTest::lineStandsUnderTheDateBarAndTakesItsRoomFromTheLists()
     QCOMPARE(notice->height(), notice->heightForWidth(notice->width()));
 }
 
+void VTSilenceWordsTest::hiddenCalendarsAreNotNamed()
+{
+    MainWindowFixture fixture;
+    VTMainWindowController &controller = fixture.wakeWithWindow();
+    KLVNotice *const notice = fixture.window->notice();
+    fixture.backend().setSilentCalendars({ u"Home"_s, u"Work"_s });
+    QTRY_COMPARE(notice->text(), VTSilenceWords({ u"Home"_s, u"Work"_s }));
+
+    controller.setUnselectedCalendarsUID(QStringList { u"Work"_s });
+    QCOMPARE(notice->text(), u"Home may be out of date: the service does not answer."_s);
+    controller.setUnselectedCalendarsUID(QStringList { u"Work"_s, u"Home"_s });
+    QVERIFY(!notice->isVisible());
+    controller.setUnselectedCalendarsUID(std::nullopt);
+    QVERIFY(notice->isVisible());
+}
+
+void VTSilenceWordsTest::renamedCalendarIsNamedAnew()
+{
+    MainWindowFixture fixture;
+    fixture.wakeWithWindow();
+    fixture.backend().setSilentCalendars({ u"Work"_s });
+    QTRY_VERIFY(fixture.window->notice()->isVisible());
+
+    fixture.backend().replaceCalendar(std::make_shared<CalCalendar>(
+        CalCalendar::Values { .uid = u"Work"_s, .title = u"Office"_s, .color = Qt::darkCyan }));
+    fixture.backend().postCalendarsChange();
+
+    QTRY_COMPARE(fixture.window->notice()->text(), u"Office may be out of date: the service does not answer."_s);
+}
+
+void VTSilenceWordsTest::serviceThatWasNeverReachedHasNoNames()
+{
+    MainWindowFixture fixture;
+    fixture.wakeWithWindow();
+
+    fixture.backend().setUnreached(true);
+
+    QTRY_COMPARE(
+        fixture.window->notice()->text(), u"The desktop’s calendars are missing: their service does not answer."_s);
+}
+
 void VTSilenceWordsTest::lineOfTheStartIsThereAtOnce()
 {
     MainWindowFixture fixture;
-    fixture.backend().setSilentServices({ u"Personal"_s });
+    fixture.backend().setSilentCalendars({ u"Work"_s });
 
     fixture.wakeWithWindow();
 

@@ -41,7 +41,7 @@ struct Scene {
     int fontPixels = 13;
     Qt::LayoutDirection direction = Qt::LeftToRight;
     bool hasLongTexts = false;
-    QStringList silentServices = {};
+    QStringList silentCalendars = {};
     bool hasAccounts = false; // one that asks for its password, and one whose server is not reached
 };
 
@@ -114,7 +114,7 @@ QPixmap picture(const Scene &scene)
     const QTemporaryDir home;
     ManualClock clock(QDateTime(shownDay, QTime(10, 5)));
     WholeApplication application(
-        scene.calendars, home.path(), clock, platformPalette(scene.look), scene.silentServices);
+        scene.calendars, home.path(), clock, platformPalette(scene.look), scene.silentCalendars);
     if (scene.hasAccounts)
         application.store().addBackend(accounts());
     if (scene.hasDrawer)
@@ -199,14 +199,14 @@ bool saveMenus(const QDir &folder, const QString &full)
 bool saveSilence(const QDir &folder, const QString &full)
 {
     const QStringList one { u"Personal"_s };
-    const QStringList several { u"Personal"_s, u"Nextcloud"_s };
+    const QStringList several { u"Personal"_s, u"Choir"_s, u"Harbour association"_s, u"School"_s, u"Bowling"_s };
     return save(
-        beside({ picture({ .calendars = full, .silentServices = one }),
-            picture({ .calendars = full, .look = Look::Dark, .silentServices = one }),
-            picture({ .calendars = full, .look = Look::HighContrast, .silentServices = one }),
-            picture({ .calendars = full, .direction = Qt::RightToLeft, .silentServices = several }),
-            picture({ .calendars = full, .hasLongTexts = true, .silentServices = several }),
-            picture({ .calendars = full, .size = { 680, 600 }, .fontPixels = 26, .silentServices = several }) }),
+        beside({ picture({ .calendars = full, .silentCalendars = one }),
+            picture({ .calendars = full, .look = Look::Dark, .silentCalendars = one }),
+            picture({ .calendars = full, .look = Look::HighContrast, .silentCalendars = one }),
+            picture({ .calendars = full, .direction = Qt::RightToLeft, .silentCalendars = several }),
+            picture({ .calendars = full, .hasLongTexts = true, .silentCalendars = several }),
+            picture({ .calendars = full, .size = { 680, 600 }, .fontPixels = 26, .silentCalendars = several }) }),
         folder, u"silent-service"_s);
 }
 

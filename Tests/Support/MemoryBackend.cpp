@@ -163,10 +163,16 @@ void MemoryBackend::finishLoading()
     QMetaObject::invokeMethod(this, &MemoryBackend::loaded, Qt::QueuedConnection);
 }
 
-void MemoryBackend::setSilentServices(const QStringList &services)
+void MemoryBackend::setSilentCalendars(const QStringList &uids)
 {
-    m_silentServices = services;
-    QMetaObject::invokeMethod(this, &MemoryBackend::silentServicesDidChange, Qt::QueuedConnection);
+    m_silentCalendars = uids;
+    QMetaObject::invokeMethod(this, &MemoryBackend::silenceDidChange, Qt::QueuedConnection);
+}
+
+void MemoryBackend::setUnreached(bool isUnreached)
+{
+    m_isUnreached = isUnreached;
+    QMetaObject::invokeMethod(this, &MemoryBackend::silenceDidChange, Qt::QueuedConnection);
 }
 
 void MemoryBackend::postChange(const CalBackendChange &change)

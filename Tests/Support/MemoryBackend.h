@@ -40,8 +40,9 @@ public:
     // Like a folder that is still being read, until finishLoading(), which announces itself.
     void startLoading() { m_isComplete = false; }
     void finishLoading();
-    // Announces itself.
-    void setSilentServices(const QStringList &services);
+    // These announce themselves.
+    void setSilentCalendars(const QStringList &uids);
+    void setUnreached(bool isUnreached);
 
     // Under which name other programs know a calendar of this back end.
     void setDesktopSource(const QString &calendarUid, CalItemKind kind, const QString &source)
@@ -73,7 +74,8 @@ public:
     CalCalendarList calendars() const override { return m_calendars; }
     bool hasDeclaredDefault() const override { return m_hasDeclaredDefault; }
     bool isComplete() const override { return m_isComplete; }
-    QStringList silentServices() const override { return m_silentServices; }
+    QStringList silentCalendars() const override { return m_silentCalendars; }
+    bool isUnreached() const override { return m_isUnreached; }
     void refresh() override { ++m_refreshes; }
     QString desktopSourceUid(const QString &calendarUid, CalItemKind kind) const override
     {
@@ -104,7 +106,8 @@ private:
     CalTaskList m_tasks;
     bool m_hasDeclaredDefault = false;
     bool m_isComplete = true;
-    QStringList m_silentServices;
+    QStringList m_silentCalendars;
+    bool m_isUnreached = false;
     std::map<std::pair<QString, CalItemKind>, QString> m_desktopSources;
     std::optional<StoreError> m_refusal;
     bool m_refusesOnce = false;

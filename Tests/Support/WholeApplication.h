@@ -26,10 +26,10 @@
 class WholeApplication
 {
 public:
-    // The calendars are read whole. `home` takes the settings and the window's state. The silent services are
-    // accounts that do not answer.
+    // The calendars are read whole. `home` takes the settings and the window's state. Beside them are calendars of
+    // these names whose service does not answer.
     WholeApplication(const QString &calendars, const QString &home, Clock &clock, const QPalette &palette,
-        const QStringList &silentServices = {});
+        const QStringList &silentCalendars = {});
 
     VTMainWindow &window() const { return *m_controller.mainWindow(); }
     VTMainWindowController &controller() { return *m_controller.mainWindowController(); }

@@ -14,7 +14,6 @@
 #include <Clock.h>
 #include <ProblemLog.h>
 
-#include <QCoreApplication>
 #include <QSet>
 
 #include <algorithm>
@@ -67,7 +66,8 @@ public:
     mutable Items::ProblemLog log;
     Service::ServicePulse pulse;
     Service::ServiceSaver saver;
-    QStringList silent;
+    QStringList silent; // uids of calendars
+    bool isUnreached = false;
     QSet<QString> mended; // uids of sources that were looked at for saves that were not ended
     bool isComplete = false;
 };
@@ -204,19 +204,24 @@ void ServiceCalendarStore::Private::updateCalendars()
 
 void ServiceCalendarStore::Private::updateSilence()
 {
-    QStringList names;
-    if (list.isSilent())
-        names << QCoreApplication::translate("Vantle", "Desktop");
-    for (const auto &[key, client] : clients) {
-        const SourceDescription &description = client->description();
-        const QString name = description.accountName.isEmpty() ? description.name : description.accountName;
-        if (client->isComplete() && client->isSilent() && !names.contains(name))
-            names << name;
+    QStringList uids;
+    QStringList empty;
+    for (const CalendarDescription &description : descriptions) {
+        std::vector<SourceClient *> halves = clientsOf(description);
+        std::erase_if(halves, [](const auto *half) { return !half->isComplete() || !half->isSilent(); });
+        if (std::ranges::any_of(halves, [](const auto *half) { return !half->isEmpty(); }))
+            uids << description.uid();
+        else if (!halves.empty())
+            empty << description.uid();
     }
-    if (names == silent)
+    // Of a calendar without items nothing can be out of date; but that the service is silent is told in any case.
+    if (uids.isEmpty())
+        uids = std::move(empty);
+    if (uids == silent && list.isSilent() == isUnreached)
         return;
-    silent = names;
-    Q_EMIT q->silentServicesDidChange();
+    silent = std::move(uids);
+    isUnreached = list.isSilent();
+    Q_EMIT q->silenceDidChange();
 }
 
 void ServiceCalendarStore::Private::updateCompleteness()
@@ -294,9 +299,14 @@ bool ServiceCalendarStore::isComplete() const
     return d->isComplete;
 }
 
-QStringList ServiceCalendarStore::silentServices() const
+QStringList ServiceCalendarStore::silentCalendars() const
 {
     return d->silent;
+}
+
+bool ServiceCalendarStore::isUnreached() const
+{
+    return d->isUnreached;
 }
 
 void ServiceCalendarStore::refresh()

@@ -31,7 +31,8 @@ public:
     CalCalendarList calendars() const override;
     bool hasDeclaredDefault() const override;
     bool isComplete() const override;
-    QStringList silentServices() const override;
+    QStringList silentCalendars() const override;
+    bool isUnreached() const override;
     void refresh() override;
     QString desktopSourceUid(const QString &calendarUid, CalItemKind kind) const override;
     bool holdsUid(const QString &calendarUid, const QString &plainUid) const override;

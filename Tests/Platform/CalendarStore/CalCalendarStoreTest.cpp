@@ -49,7 +49,8 @@ private Q_SLOTS:
     void itemWithoutUidIsKnownByItsResource();
     void differentItemsNeverShareAUid();
 
-    void silentServicesOfAllBackendsAreTold();
+    void silentCalendarsOfAllBackendsAreTold();
+    void serviceThatWasNeverReachedIsTold();
     void aBackendFoundLaterIsTheBest();
     void whatABackendFoundLaterHoldsIsTold();
     void theStoreIsCompleteAgainWithABackendFoundLater();
@@ -291,20 +292,37 @@ void CalCalendarStoreTest::differentItemsNeverShareAUid()
     QCOMPARE(QSet<QString>(found.cbegin(), found.cend()).size(), items);
 }
 
-void CalCalendarStoreTest::silentServicesOfAllBackendsAreTold()
+void CalCalendarStoreTest::silentCalendarsOfAllBackendsAreTold()
 {
     const TwoBackends backends;
-    QSignalSpy changes(backends.store.get(), &CalCalendarStore::silentServicesDidChange);
-    QCOMPARE(backends.store->silentServices(), QStringList());
+    backends.first->addCalendar(makeCalendar(u"Club"_s));
+    backends.second->addCalendar(makeCalendar(u"Personal"_s));
+    backends.second->addCalendar(makeCalendar(u"Club"_s));
+    QSignalSpy changes(backends.store.get(), &CalCalendarStore::silenceDidChange);
+    QCOMPARE(backends.store->silentCalendars(), CalCalendarList());
 
-    backends.second->setSilentServices({ u"Personal"_s, u"Office"_s });
-    backends.first->setSilentServices({ u"Club"_s });
+    backends.second->setSilentCalendars({ u"Club"_s, u"Personal"_s });
+    QTRY_COMPARE(changes.size(), 1);
+    // In the store's order, by the names that the store gives them: the first "Club" answers.
+    const CalCalendarList calendars = backends.store->calendars();
+    QCOMPARE(backends.store->silentCalendars(), calendars.mid(1));
+    QCOMPARE(uids(backends.store->silentCalendars()), uids(calendars).mid(1));
+
+    backends.second->setSilentCalendars({});
     QTRY_COMPARE(changes.size(), 2);
-    QCOMPARE(backends.store->silentServices(), (QStringList { u"Club"_s, u"Personal"_s, u"Office"_s }));
+    QCOMPARE(backends.store->silentCalendars(), CalCalendarList());
+}
 
-    backends.second->setSilentServices({});
-    QTRY_COMPARE(changes.size(), 3);
-    QCOMPARE(backends.store->silentServices(), QStringList { u"Club"_s });
+void CalCalendarStoreTest::serviceThatWasNeverReachedIsTold()
+{
+    const TwoBackends backends;
+    QSignalSpy changes(backends.store.get(), &CalCalendarStore::silenceDidChange);
+    QVERIFY(!backends.store->hasUnreachedService());
+
+    backends.second->setUnreached(true);
+
+    QTRY_COMPARE(changes.size(), 1);
+    QVERIFY(backends.store->hasUnreachedService());
 }
 
 void CalCalendarStoreTest::aBackendFoundLaterIsTheBest()
