@@ -7,11 +7,13 @@ import pathlib
 import time
 import unittest
 
-from driver import Home, Vantle, eventually
+from driver import Atspi, Home, Vantle, eventually, run
 from neighbour import CalendarService, Neighbour
 
 # The goal is a second.
 LIMIT_SECONDS = 3.0
+# A save gives up after ten seconds; each of the sheet's two can.
+SAVE_LIMIT_SECONDS = 60.0
 
 
 class CalendarServiceTest(unittest.TestCase):
@@ -35,7 +37,7 @@ class CalendarServiceTest(unittest.TestCase):
 
     def photograph(self, name):
         if folder := os.environ.get("VANTLE_PICTURES"):
-            self.vantle.photograph(pathlib.Path(folder) / f"{name}.png")
+            run("import", "-silent", "-window", "root", pathlib.Path(folder) / f"{name}.png")
 
     def assert_shown_soon(self, kind, title):
         began = time.monotonic()
@@ -93,10 +95,53 @@ class CalendarServiceTest(unittest.TestCase):
         self.photograph("silent-service")
 
         service.resume()
-        eventually(lambda: not any("may be out of date" in element.name for element in self.vantle.top.everything()),
-                   30, "the end of the notice")
+        self.wait_for_the_service()
         self.neighbour.put_event("work", "lunch", self.home.day, "Lunch", "1200", "1300")
         self.assert_shown_soon("Events", "Lunch")
+
+    def message(self):
+        """The message that is open, else nothing."""
+        return next((element for window in self.vantle._accessible_windows() for element in [window, *window.everything()]
+                     if element.role == "alert" and element.has(Atspi.StateType.SHOWING)), None)
+
+    def edit(self, title, new_title):
+        x, y, _, _ = self.row("Events", title).rectangle
+        self.vantle.click(self.row("Events", title), position=(x + 120, y + 10))
+        self.vantle.press("ctrl+e")
+        self.vantle.sheet("Event")
+        self.vantle.type(new_title)
+
+    def wait_for_the_service(self):
+        eventually(lambda: not any("may be out of date" in element.name for element in self.vantle.top.everything()),
+                   30, "the end of the notice")
+
+    def test_a_save_that_nobody_answers_is_told_and_happens_never(self):
+        self.edit("Design review", "Nobody hears this")
+        service = CalendarService()
+        service.stop()
+        self.addCleanup(service.resume)
+
+        began = time.monotonic()
+        self.vantle.press("Return")
+        message = eventually(self.message, SAVE_LIMIT_SECONDS, "a message")
+        text = "\n".join([message.name, *(part.name for part in message.everything())])
+        print(f"A save that nobody answers is told after {time.monotonic() - began:.1f} s")
+        self.photograph("save-without-answer")
+        for words in ("“Design review”", "“Work”", "The calendar service does not answer."):
+            self.assertIn(words, text)
+        # Each of the sheet's two saves has its message.
+        eventually(lambda: self.message() is None or self.message().find("push button", "OK").act("Press"),
+                   SAVE_LIMIT_SECONDS, "the end of the messages")
+        self.vantle.wait_until_closed("Event")
+
+        service.resume()
+        self.wait_for_the_service()
+        self.assertIn("SUMMARY:Design review", self.neighbour.ask("get", "work", "review"))
+        self.edit("Design review", "Heard at last")
+        self.vantle.press("Return")
+        self.vantle.wait_until_closed("Event")
+        self.row("Events", "Heard at last")
+        self.assertIn("SUMMARY:Heard at last", self.neighbour.ask("get", "work", "review"))
 
 
 if __name__ == "__main__":
