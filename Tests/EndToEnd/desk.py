@@ -8,7 +8,7 @@ import select
 import signal
 import subprocess
 
-from driver import ANSWER_LIMIT, START_LIMIT, eventually, run
+from driver import ANSWER_LIMIT, START_LIMIT, Home, Vantle, eventually, run
 
 
 def property_of(window, name):
@@ -153,3 +153,21 @@ def write_settings(home, **values):
 def read_settings(home):
     lines = home.settings().read_text().splitlines()
     return dict(line.split("=", 1) for line in lines if "=" in line)
+
+
+class OnADesk:
+    """What tests do that look at the program among others."""
+
+    def start(self, **settings):
+        """With settings of an earlier run and no items."""
+        self.home = Home(sample=False)
+        self.addCleanup(self.home.remove)
+        write_settings(self.home, **settings)
+        self.vantle = Vantle(self.home)
+        self.addCleanup(self.vantle.close)
+        self.window = int(self.vantle.window)
+
+    def other_program(self):
+        other = OtherProgram()
+        self.addCleanup(other.close)
+        return other

@@ -5,29 +5,16 @@
 import subprocess
 import unittest
 
-from desk import OtherProgram, WindowManager, focused_window, is_viewable, property_of, window_manager, write_settings
-from driver import PROGRAM, Home, Vantle, eventually, run
+from desk import OnADesk, WindowManager, focused_window, is_viewable, property_of, window_manager
+from driver import PROGRAM, eventually, run
 
 SKIPPED = ("_NET_WM_STATE_SKIP_TASKBAR", "_NET_WM_STATE_SKIP_PAGER")
 ALL_DESKTOPS = "4294967295"
 HOT_KEY, NEW_EVENT_KEY = "ctrl+alt+v", "ctrl+alt+e"
 
 
-class Presence:
+class Presence(OnADesk):
     """The tests themselves; each window manager runs them."""
-
-    def start(self, **settings):
-        self.home = Home(sample=False)
-        self.addCleanup(self.home.remove)
-        write_settings(self.home, **settings)
-        self.vantle = Vantle(self.home)
-        self.addCleanup(self.vantle.close)
-        self.window = int(self.vantle.window)
-
-    def other_program(self):
-        other = OtherProgram()
-        self.addCleanup(other.close)
-        return other
 
     def states(self):
         return property_of(self.window, "_NET_WM_STATE")

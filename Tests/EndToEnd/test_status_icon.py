@@ -11,8 +11,8 @@ import unittest
 
 import dbus
 
-from desk import OtherProgram, Process, focused_window, is_viewable, visible_windows, write_settings
-from driver import ANSWER_LIMIT, Atspi, Home, Vantle, eventually, run
+from desk import OnADesk, Process, focused_window, is_viewable, visible_windows
+from driver import ANSWER_LIMIT, Atspi, eventually, run
 
 HOST = pathlib.Path(__file__).with_name("status_icon_host.py")
 ITEM = "org.kde.StatusNotifierItem"
@@ -68,24 +68,11 @@ class Item:
                         dbus_interface="com.canonical.dbusmenu")
 
 
-class StatusIcon(unittest.TestCase):
-    def start(self, **settings):
-        self.home = Home(sample=False)
-        self.addCleanup(self.home.remove)
-        write_settings(self.home, **settings)
-        self.vantle = Vantle(self.home)
-        self.addCleanup(self.vantle.close)
-        self.window = int(self.vantle.window)
-
+class StatusIcon(OnADesk, unittest.TestCase):
     def host(self):
         host = Host()
         self.addCleanup(host.close)
         return host
-
-    def other_program(self):
-        other = OtherProgram()
-        self.addCleanup(other.close)
-        return other
 
     def choose_from_menu(self, press):
         """Opens the menu by a press and takes its first entry by keys."""
