@@ -36,7 +36,13 @@ struct Sheets {
     VTEventEditController events { services };
     VTTaskEditController tasks { services };
 
-    Sheets() { window.show(); }
+    Sheets()
+    {
+        calendars.backend->removeCalendar(u"Work"_s);
+        calendars.backend->addCalendar(std::make_shared<CalCalendar>(
+            CalCalendar::Values { .uid = u"Work"_s, .title = u"Work"_s, .color = QColor(0xd6, 0x45, 0x5d) }));
+        window.show();
+    }
 
     CalCalendarPtr calendar() const { return calendars.store().calendars().last(); }
     QPixmap event(const CalEventPtr &event)

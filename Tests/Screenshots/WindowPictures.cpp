@@ -87,11 +87,10 @@ bool save(const QDir &folder, const QString &name, const QPalette &palette)
     const auto saveAs = [&folder, &name](const char *subject, const QList<QPixmap> &pictures) {
         return beside(pictures).save(folder.filePath(QLatin1String(subject) + u'-' + name + u".png"_s));
     };
-    return saveAs("preferences",
-               { preferences(PreferencesState::Usual), preferences(PreferencesState::KeyTaken),
-                   preferences(PreferencesState::CannotStartAtLogin) })
+    return saveAs("preferences", { preferences(PreferencesState::Usual), preferences(PreferencesState::KeyTaken) })
         && saveAs("preferences-limits",
-            { preferences(PreferencesState::AsksThePerson), preferences(PreferencesState::WithoutHotKeys) })
+            { preferences(PreferencesState::AsksThePerson), preferences(PreferencesState::WithoutHotKeys),
+                preferences(PreferencesState::CannotStartAtLogin) })
         && saveAs("about-and-feedback", { about(), feedback({}, message), feedback(exampleOfCrashReport(), {}) })
         && saveAs("alerts", { alert(), question() }) && saveAs("menus", menus());
 }
