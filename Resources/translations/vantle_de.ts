@@ -1356,5 +1356,13 @@ Geben Sie das Passwort des Kontos in dem Programm ein, das Ihre Kalender verwalt
         <source>The desktop’s calendars are missing: their service does not answer.</source>
         <translation>Die Kalender des Desktops fehlen: Ihr Dienst antwortet nicht.</translation>
     </message>
+    <message>
+        <source>Question</source>
+        <translation>Frage</translation>
+    </message>
+    <message>
+        <source>Warning</source>
+        <translation>Warnung</translation>
+    </message>
 </context>
 </TS>
