@@ -1147,10 +1147,6 @@ Geben Sie das Passwort des Kontos in dem Programm ein, das Ihre Kalender verwalt
         <translation>Der Kalenderdienst kann es so nicht speichern.</translation>
     </message>
     <message>
-        <source>The calendar service does not answer. Whether it was done is not known.</source>
-        <translation>Der Kalenderdienst antwortet nicht. Ob es noch geschah, ist nicht bekannt.</translation>
-    </message>
-    <message>
         <source>The calendar service does not answer.</source>
         <translation>Der Kalenderdienst antwortet nicht.</translation>
     </message>
@@ -1363,6 +1359,10 @@ Geben Sie das Passwort des Kontos in dem Programm ein, das Ihre Kalender verwalt
     <message>
         <source>Warning</source>
         <translation>Warnung</translation>
+    </message>
+    <message>
+        <source>The calendar service did not answer in time. It may still make the change later.</source>
+        <translation>Der Kalenderdienst hat nicht rechtzeitig geantwortet. Er nimmt die Änderung vielleicht später noch vor.</translation>
     </message>
 </context>
 </TS>

@@ -4,7 +4,10 @@
 #include <ContentLines.h>
 #include <PropertyLine.h>
 
+#include <QCryptographicHash>
+
 #include <algorithm>
+#include <array>
 #include <tuple>
 
 namespace Service
@@ -27,6 +30,18 @@ QByteArray recurrenceIdOf(ICalComponent *component)
     return takenText(e_cal_util_component_get_recurid_as_string(component));
 }
 
+// Ends with the next parameter or with the value.
+void removeParameter(QByteArray &line, const QByteArray &beginning)
+{
+    const qsizetype begin = line.indexOf(beginning);
+    if (begin < 0)
+        return;
+    qsizetype end = begin + beginning.size();
+    while (end < line.size() && line.at(end) != ';' && line.at(end) != ':')
+        ++end;
+    line.remove(begin, end - begin);
+}
+
 } // namespace
 
 QByteArray textOf(ICalComponent *component)
@@ -40,6 +55,37 @@ QByteArray textOf(ICalComponent *component)
 ComponentText componentText(ICalComponent *component)
 {
     return { textOf(component), recurrenceIdOf(component) };
+}
+
+ComponentText rewritten(const ComponentText &component)
+{
+    const Owned<ICalComponent> read = CalendarParts::parsed(component.text);
+    return read ? ComponentText { textOf(read.get()), component.recurrenceId } : component;
+}
+
+QByteArrayList contentOf(const ComponentText &component)
+{
+    static constexpr std::array notes { "DTSTAMP", "LAST-MODIFIED", "CREATED", "SEQUENCE", "X-EVOLUTION-" };
+    QByteArrayList content;
+    const ContentLines lines(component.text);
+    for (const auto &line : lines.lines()) {
+        QByteArray whole = lines.unfolded(line);
+        if (std::ranges::any_of(notes, [&](const char *note) { return whole.startsWith(note); }))
+            continue;
+        removeParameter(whole, ";X-EVOLUTION-ENDDATE=");
+        content << std::move(whole);
+    }
+    std::ranges::sort(content);
+    return content;
+}
+
+QByteArray versionOf(const QList<ComponentText> &components)
+{
+    QByteArrayList contents;
+    for (const ComponentText &each : components)
+        contents << each.recurrenceId + '\n' + contentOf(each).join('\n');
+    std::ranges::sort(contents);
+    return QCryptographicHash::hash(contents.join('\n'), QCryptographicHash::Sha1);
 }
 
 bool isOfSeries(ICalComponent *component)

@@ -21,6 +21,13 @@ struct ComponentText {
 
 QByteArray textOf(ICalComponent *component);
 ComponentText componentText(ICalComponent *component);
+// As the library writes it once it has read it.
+ComponentText rewritten(const ComponentText &component);
+// What it says, in sorted lines, whichever form it has: without what is only noted of its changes, and without what
+// the service adds for itself.
+QByteArrayList contentOf(const ComponentText &component);
+// Components that say the same have the same version.
+QByteArray versionOf(const QList<ComponentText> &components);
 // Whether other components of the same uid may stand beside it.
 bool isOfSeries(ICalComponent *component);
 // The names of the time zones that a component is written in, each once.

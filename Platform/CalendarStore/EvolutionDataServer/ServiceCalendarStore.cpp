@@ -68,7 +68,7 @@ public:
     Service::ServiceSaver saver;
     QStringList silent; // uids of calendars
     bool isUnreached = false;
-    QSet<QString> mended; // uids of sources that were looked at for saves that were not ended
+    QSet<QString> mended; // uids of sources that were looked at for saves that were not ended, since they answer
     bool isComplete = false;
 };
 
@@ -96,6 +96,8 @@ ServiceCalendarStore::Private::Private(ServiceCalendarStore *store, const Clock 
     };
     connect(&pulse, &Service::ServicePulse::answered, this, heartbeat(false));
     connect(&pulse, &Service::ServicePulse::unanswered, this, heartbeat(true));
+    // The calendars come within a moment, and are shown together.
+    announcer.gather();
     list.open();
 }
 
@@ -230,14 +232,20 @@ void ServiceCalendarStore::Private::updateCompleteness()
         = list.isKnown() && std::ranges::all_of(clients, [](const auto &each) { return each.second->isComplete(); });
     if (std::exchange(isComplete, now) || !now)
         return;
+    announcer.announceSoon();
     QMetaObject::invokeMethod(q, &ServiceCalendarStore::loaded, Qt::QueuedConnection);
 }
 
-// Before anything is written here: what was left by another run of the program.
+// Before anything is written here: what was left by another run of the program, or when the service went.
 void ServiceCalendarStore::Private::mendOnce(SourceClient &client)
 {
     const QString uid = client.description().uid;
-    if (!client.client() || client.isSilent() || !client.description().holdsEvents || mended.contains(uid))
+    if (!client.client() || client.isSilent()) {
+        // What was on its way is looked at when it is back.
+        mended.remove(uid);
+        return;
+    }
+    if (mended.contains(uid))
         return;
     mended.insert(uid);
     saver.mendLeftOvers(client);

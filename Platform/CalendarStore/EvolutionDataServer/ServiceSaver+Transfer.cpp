@@ -15,7 +15,7 @@ class ServiceSaver::Departure final : public CalDeparture
 public:
     using Settled = std::function<void(bool hasLeft)>;
 
-    Departure(const ServiceSaver &saver, const CalCalendarItem &record, Stored stored, QByteArray text, Settled settled)
+    Departure(ServiceSaver &saver, const CalCalendarItem &record, Stored stored, QByteArray text, Settled settled)
         : m_saver(saver)
         , m_record(record)
         , m_stored(std::move(stored))
@@ -31,7 +31,7 @@ public:
         const bool isAlone = Items::holdsNothingElse(*m_stored.set, m_stored.group, m_stored.text);
         const QByteArray remaining
             = isAlone ? QByteArray() : Items::textWithoutGroup(*m_stored.set, m_stored.group, m_stored.text);
-        const auto left = m_saver.write(*m_stored.source, m_stored.uid, m_stored.text, remaining, m_record);
+        const auto left = m_saver.write(*m_stored.source, m_stored.uid, m_stored.present, remaining, m_record);
         if (!left)
             return left.error();
         m_settled(true);
@@ -41,7 +41,7 @@ public:
     void stay() override { m_settled(false); }
 
 private:
-    const ServiceSaver &m_saver;
+    ServiceSaver &m_saver;
     const CalCalendarItem &m_record;
     Stored m_stored;
     QByteArray m_text;

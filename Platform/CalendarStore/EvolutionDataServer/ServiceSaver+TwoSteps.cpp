@@ -21,17 +21,6 @@ namespace
 // What the event sheet puts before the title for its first step.
 const QString firstStepPrefix = u"DUMBY "_s;
 
-// The journal knows what was saved by a path; items of the service have none.
-QString placeOf(const QString &source)
-{
-    return u"/service/"_s + QString::fromLatin1(QUrl::toPercentEncoding(source));
-}
-
-QString placeOf(const QString &source, const QString &uid)
-{
-    return placeOf(source) + u'/' + QString::fromLatin1(QUrl::toPercentEncoding(uid));
-}
-
 QString uidAt(const QString &place)
 {
     return QUrl::fromPercentEncoding(place.mid(place.lastIndexOf(u'/') + 1).toLatin1());
@@ -43,28 +32,16 @@ const ComponentText *counterpart(const CalendarParts &parts, const ComponentText
     return found == parts.components.end() ? nullptr : &*found;
 }
 
-// What a component says, however the service writes it: without what tells of changes, and of the service itself.
-QByteArrayList contentOf(const ComponentText &component)
+bool saysTheSame(const ComponentText &one, const ComponentText &other)
 {
-    QByteArrayList lines;
-    const Owned<ICalComponent> read = CalendarParts::parsed(component.text);
-    const ICalendar::ContentLines content(read ? textOf(read.get()) : component.text);
-    for (const auto &line : content.lines()) {
-        const QByteArray whole = content.unfolded(line);
-        const bool isOfService = whole.startsWith("X-EVOLUTION-") || whole.startsWith("DTSTAMP")
-            || whole.startsWith("LAST-MODIFIED") || whole.startsWith("CREATED") || whole.startsWith("SEQUENCE");
-        if (!isOfService)
-            lines << whole;
-    }
-    std::ranges::sort(lines);
-    return lines;
+    return contentOf(rewritten(one)) == contentOf(rewritten(other));
 }
 
 ComponentText withoutPrefix(const ComponentText &component, const QByteArray &prefix)
 {
     ICalendar::TextPatcher patcher(component.text);
     const QByteArray title = patcher.property(0, "SUMMARY").value_or(QByteArray());
-    if (!title.startsWith(prefix))
+    if (prefix.isEmpty() || !title.startsWith(prefix))
         return component;
     if (title.size() == prefix.size())
         patcher.removeProperty(0, "SUMMARY");
@@ -74,6 +51,17 @@ ComponentText withoutPrefix(const ComponentText &component, const QByteArray &pr
 }
 
 } // namespace
+
+// The journals know what was saved by a path; items of the service have none.
+QString ServiceSaver::placeOf(const QString &source)
+{
+    return u"/service/"_s + QString::fromLatin1(QUrl::toPercentEncoding(source));
+}
+
+QString ServiceSaver::placeOf(const QString &source, const QString &uid)
+{
+    return placeOf(source) + u'/' + QString::fromLatin1(QUrl::toPercentEncoding(uid));
+}
 
 bool ServiceSaver::isFirstStepOfSheet(const CalEvent &event)
 {
@@ -205,7 +193,7 @@ Result<void, StoreError> ServiceSaver::proceed(CalEvent &event, CalSpan span)
         forget();
         return {};
     }
-    const auto written = write(*from, stored.value().uid, stored.value().text, text.value(), event);
+    const auto written = write(*from, stored.value().uid, stored.value().present, text.value(), event);
     if (!written)
         return failed(written.error());
     if (span == CalSpanThisEvent && isOneOfSeries(event)) {
@@ -272,12 +260,16 @@ bool ServiceSaver::takeBack(const FolderStore::JournaledSave &save, SourceClient
     for (const ComponentText &each : CalendarParts(present).components) {
         const ComponentText *const written = counterpart(after, each);
         const ComponentText *const original = counterpart(before, each);
-        if (!written || (original && contentOf(*original) == contentOf(*written)))
+        if (!written || (original && saysTheSame(*original, *written)))
             restored << each;
-        else if (contentOf(each) != contentOf(*written))
+        else if (!saysTheSame(each, *written))
             restored << withoutPrefix(each, save.titlePrefix);
         else if (original)
             restored << *original;
+    }
+    for (const ComponentText &each : before.components) {
+        if (!counterpart(after, each) && !counterpart(CalendarParts(present), each))
+            restored << each;
     }
     QByteArrayList zones = CalendarParts(present).zones;
     for (const QByteArray &zone : before.zones) {

@@ -36,6 +36,8 @@ StoreError refusalOf(const CalCalendarItem &record, const ServiceFault &fault)
         return Items::goneElsewhere(record);
     case ServiceFault::Kind::Taken:
         return Items::identifierTaken(record);
+    case ServiceFault::Kind::Changed:
+        return Items::changedElsewhere(record);
     case ServiceFault::Kind::ReadOnly:
         return Items::calendarUnchangeable(record);
     case ServiceFault::Kind::Refused:
@@ -47,6 +49,20 @@ StoreError refusalOf(const CalCalendarItem &record, const ServiceFault &fault)
         break;
     }
     return Items::refusal(record, Code::Io, fault.reason);
+}
+
+// The service tells of the same component in one text here and in another one there: they differ by how often the
+// library has read it and written it again, which changes odd values.
+bool isVersion(const QByteArray &version, QList<ComponentText> components)
+{
+    constexpr int rewritings = 3;
+    for (int count = 0; count <= rewritings; ++count) {
+        if (versionOf(components) == version)
+            return true;
+        for (ComponentText &each : components)
+            each = rewritten(each);
+    }
+    return false;
 }
 
 template <typename Record> CalCalendarItemPtr recordAsRead(const Record &record)
@@ -80,8 +96,11 @@ public:
         if (!present && present.error().kind != ServiceFault::Kind::NotFound)
             return refusalOf(*m_record, present.error());
         const QByteArray text = present ? source.value()->textFor(present.value()) : QByteArray();
-        if (CalendarParts(text).components != CalendarParts(m_after).components) {
-            source.value()->suspect(m_uid);
+        if (versionOf(CalendarParts(text).components) != versionOf(CalendarParts(m_after).components)) {
+            if (present)
+                source.value()->takeRead(m_uid, present.value());
+            else
+                source.value()->suspect(m_uid);
             return m_after.isEmpty() ? Items::thereAgain(*m_record) : Items::changedElsewhere(*m_record);
         }
         const auto written = m_saver.write(*source.value(), m_uid, text, m_before, *m_record);
@@ -128,27 +147,62 @@ Result<ServiceSaver::Stored, StoreError> ServiceSaver::find(SourceClient &source
     Stored stored;
     stored.source = &source;
     stored.uid = uid;
-    stored.text = source.textFor(components.value());
-    stored.set = source.setOf(uid, components.value());
+    stored.present = source.textFor(components.value());
+    // What was changed in the record is put into what it was read from.
+    const Unanswered *const late = unanswered(source, record, components.value());
+    const QList<ComponentText> base = late ? CalendarParts(late->before).components : components.value();
+    stored.text = source.textFor(base);
+    stored.set = source.setOf(uid, base);
     const auto group = Items::groupIn(*stored.set, record);
-    if (stored.set->version() != record.origin().version || !group) {
-        source.suspect(uid);
+    if (!group || (!late && !isVersion(record.origin().version, components.value()))) {
+        source.takeRead(uid, components.value());
         return Items::changedElsewhere(record);
     }
     stored.group = *group;
     return stored;
 }
 
+// The save of this record that was not answered, if the service holds what that made, or what was there before it.
+const ServiceSaver::Unanswered *ServiceSaver::unanswered(
+    const SourceClient &source, const CalCalendarItem &record, const QList<ComponentText> &present) const
+{
+    const auto found = m_unanswered.constFind(placeOf(source.description().uid, record.origin().resource));
+    if (found == m_unanswered.cend() || found->versionRead != record.origin().version)
+        return nullptr;
+    const auto isHeld = [&](const QByteArray &text) {
+        return !text.isEmpty() && isVersion(versionOf(CalendarParts(text).components), present);
+    };
+    return !found->before.isEmpty() && (isHeld(found->after) || isHeld(found->before)) ? &*found : nullptr;
+}
+
 // Takes in what was written.
 Result<Items::ItemSetPtr, StoreError> ServiceSaver::write(SourceClient &source, const QString &uid,
-    const QByteArray &before, const QByteArray &after, const CalCalendarItem &record) const
+    const QByteArray &before, const QByteArray &after, const CalCalendarItem &record)
 {
+    const QString place = placeOf(source.description().uid, uid);
+    const bool isJournaled = StoredObjects::takesSeveralCalls(before, after)
+        && m_calling.begin({ place, before.isEmpty() ? std::nullopt : std::optional(before), after, {} });
     const auto written = StoredObjects(source).write(uid, before, after);
-    if (!written) {
-        source.suspect(uid);
-        return refusalOf(record, written.error());
+    if (written) {
+        m_calling.end();
+        m_unanswered.remove(place);
+        return source.takeOwn(uid, written.value());
     }
-    return source.takeOwn(uid, written.value());
+    const ServiceFault &fault = written.error();
+    // Some of the calls may be done: they are taken back when the service answers again.
+    if (isJournaled && fault.mayBeHalfDone)
+        m_calling.abandon();
+    else
+        m_calling.end();
+    if (fault.mayHappen() && !m_unanswered.contains(place))
+        m_unanswered.insert(place, { record.origin().version, before, after });
+    else if (fault.mayHappen())
+        m_unanswered[place].after = after;
+    // What the other machine wrote is shown as soon as the server has been looked at.
+    if (fault.kind == ServiceFault::Kind::Changed)
+        source.refresh();
+    source.suspect(uid);
+    return refusalOf(record, fault);
 }
 
 Result<void, StoreError> ServiceSaver::save(CalTask &task)
@@ -187,10 +241,24 @@ template <typename Record> Result<void, StoreError> ServiceSaver::create(Record 
         return source.error();
     if (!canBeStored(record))
         return Items::withoutTimes(record);
-    const QString uid = Items::newIdentifier();
-    const auto written = write(*source.value(), uid, {}, Items::textOfNew(record, uid, m_clock.now(), m_zones), record);
-    if (!written)
+    // An attempt without an answer may have made the item, under the identifier that the record then keeps.
+    const QString tried = record.origin().distinction;
+    const QString uid = tried.isEmpty() ? Items::newIdentifier() : tried;
+    QByteArray present;
+    if (!tried.isEmpty()) {
+        const auto components = StoredObjects(*source.value()).read(uid);
+        if (!components && components.error().kind != ServiceFault::Kind::NotFound)
+            return refusalOf(record, components.error());
+        present = components ? source.value()->textFor(components.value()) : QByteArray();
+    }
+    const auto written
+        = write(*source.value(), uid, present, Items::textOfNew(record, uid, m_clock.now(), m_zones), record);
+    if (!written) {
+        CalItemOrigin attempt = record.origin();
+        attempt.distinction = uid;
+        record.setOrigin(attempt);
         return written.error();
+    }
     CalItemOrigin origin;
     origin.plainUid = uid;
     origin.resource = uid;
@@ -210,7 +278,8 @@ Result<void, StoreError> ServiceSaver::change(Record &record, const CalCalendarP
         return from.error();
     const bool isMove = into.value() != from.value();
     const bool isChanged = !record.asRead() || Items::differsFromRead(record);
-    if (!isMove && !isChanged)
+    const QString place = placeOf(from.value()->description().uid, record.origin().resource);
+    if (!isMove && !isChanged && !m_unanswered.contains(place))
         return {};
     const auto stored = find(*from.value(), record);
     if (!stored)
@@ -224,7 +293,7 @@ Result<void, StoreError> ServiceSaver::change(Record &record, const CalCalendarP
     }
     if (isMove)
         return move(record, stored.value(), changed, *into.value());
-    const auto written = write(*into.value(), stored.value().uid, stored.value().text, changed, record);
+    const auto written = write(*into.value(), stored.value().uid, stored.value().present, changed, record);
     if (!written)
         return written.error();
     Items::countAsRead(record, into.value()->items(), *written.value());
@@ -242,7 +311,7 @@ Result<void, StoreError> ServiceSaver::move(
     const auto created = write(target, uid, {}, text, record);
     if (!created)
         return created.error();
-    if (const auto left = write(*stored.source, uid, stored.text, {}, record); !left) {
+    if (const auto left = write(*stored.source, uid, stored.present, {}, record); !left) {
         if (const auto removed = write(target, uid, text, {}, record); !removed)
             return removed.error();
         return left.error();
@@ -279,7 +348,7 @@ Result<std::unique_ptr<CalRemoval>, StoreError> ServiceSaver::remove(const CalCa
     } else if (!Items::holdsNothingElse(*stored.value().set, stored.value().group, stored.value().text)) {
         remaining = Items::textWithoutGroup(*stored.value().set, stored.value().group, stored.value().text);
     }
-    const auto written = write(*source.value(), stored.value().uid, stored.value().text, remaining, *record);
+    const auto written = write(*source.value(), stored.value().uid, stored.value().present, remaining, *record);
     if (!written)
         return written.error();
     // As the service has it, which may write it otherwise than it was given.

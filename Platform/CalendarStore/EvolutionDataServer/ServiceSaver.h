@@ -11,6 +11,8 @@
 #include <SaveJournal.h>
 #include <StoredText.h>
 
+#include <QHash>
+
 #include <functional>
 #include <memory>
 #include <optional>
@@ -20,7 +22,8 @@ namespace Service
 
 // Writes what was changed in a record, makes new items, moves and removes them: what
 // the service holds by now is fetched, must be as it was read, takes over the changes
-// and goes back. The service itself knows no conflicts.
+// and goes back. A save whose answer did not come in time may still be done: the next one of the same record knows it.
+// What takes several calls is noted in a journal meanwhile, and put right when the service has ended in between.
 //
 // The event sheet's two steps are one change: the second is made on the item as it
 // was before the first, which a journal keeps until then.
@@ -38,7 +41,8 @@ public:
     Result<std::unique_ptr<CalRemoval>, StoreError> remove(const CalTask &task);
     Result<std::unique_ptr<CalRemoval>, StoreError> remove(const CalEvent &event, CalSpan span);
 
-    // Takes back first steps in that source whose process ended before the second.
+    // Takes back what was begun in that source and not ended: first steps without their second, and some of several
+    // calls.
     void mendLeftOvers(SourceClient &source);
 
     // For moves from one back end into another, as CalendarStoreBackend has them.
@@ -55,6 +59,14 @@ private:
     struct Stored : Items::StoredText {
         SourceClient *source = nullptr;
         QString uid;
+        // What the service holds: the text, or what an unanswered save made of it.
+        QByteArray present;
+    };
+    // A save that was given up before its answer came: whether it was done, or still will be, is not known.
+    struct Unanswered {
+        QByteArray versionRead;
+        QByteArray before;
+        QByteArray after;
     };
     // What the last save of one occurrence did.
     struct FirstStep {
@@ -69,7 +81,9 @@ private:
     Result<SourceClient *, StoreError> writable(const CalCalendarItem &record, const CalCalendarPtr &calendar) const;
     Result<Stored, StoreError> find(SourceClient &source, const CalCalendarItem &record) const;
     Result<Items::ItemSetPtr, StoreError> write(SourceClient &source, const QString &uid, const QByteArray &before,
-        const QByteArray &after, const CalCalendarItem &record) const;
+        const QByteArray &after, const CalCalendarItem &record);
+    const Unanswered *unanswered(
+        const SourceClient &source, const CalCalendarItem &record, const QList<ComponentText> &present) const;
 
     template <typename Record> Result<void, StoreError> create(Record &record);
     template <typename Record, typename Text>
@@ -82,6 +96,9 @@ private:
 
     template <typename Record> Result<void, StoreError> takeInRecord(Record &record, const QByteArray &text);
     Result<void, StoreError> stepBeforeSending(CalEvent &event);
+
+    static QString placeOf(const QString &source);
+    static QString placeOf(const QString &source, const QString &uid);
 
     Result<void, StoreError> saveOnce(CalEvent &event, CalSpan span);
     static bool isFirstStepOfSheet(const CalEvent &event);
@@ -102,7 +119,10 @@ private:
     const Clock &m_clock;
     FolderStore::FileCalls m_calls;
     FolderStore::SaveJournal m_journal { m_calls };
+    // Of what takes several calls.
+    FolderStore::SaveJournal m_calling { m_calls };
     std::optional<FirstStep> m_first;
+    QHash<QString, Unanswered> m_unanswered; // by place
 };
 
 } // namespace Service

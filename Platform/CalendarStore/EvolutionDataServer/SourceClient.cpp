@@ -25,6 +25,9 @@ constexpr std::chrono::milliseconds pauseAfterFailedFetch { 500 };
 // The library waits for nobody when it is told so.
 constexpr auto noWaitForConnection = static_cast<guint32>(-1);
 
+// The service tells a view also of what happened shortly before it was started, one thing after the other.
+constexpr std::chrono::milliseconds oldNews { 5000 };
+
 // Before the names of zones that the library brings with it.
 constexpr const char *prefixOfBuiltInZones = "/freeassociation.sourceforge.net/";
 
@@ -285,7 +288,8 @@ void SourceClient::changed(const GSList *components)
         // What is still on its way may be older than this.
         if (!m_isOpen)
             m_seen.insert(uid);
-        if (!m_isOpen || isOfSeries(component) || wasOfSeries || m_ownWrites.contains(uid))
+        if (!m_isOpen || isOfSeries(component) || wasOfSeries || m_ownWrites.contains(uid)
+            || m_sinceOpen.elapsed() < oldNews.count())
             suspect(uid);
         else
             take(uid, { componentText(component) }, Author::Others);
@@ -296,13 +300,8 @@ void SourceClient::removed(const GSList *ids)
 {
     for (const GSList *node = ids; node; node = node->next) {
         auto *const id = static_cast<ECalComponentId *>(node->data);
-        const QString uid = QString::fromUtf8(e_cal_component_id_get_uid(id));
-        const Items::ItemSetPtr known = m_sets.value(uid);
-        const bool isOneOfMany = known && known->document().items.size() > 1;
-        if (!m_isOpen || isOneOfMany || m_ownWrites.contains(uid) || e_cal_component_id_get_rid(id))
-            suspect(uid);
-        else
-            drop(uid, Author::Others);
+        // It may be there again already, and the rest of a series is.
+        suspect(QString::fromUtf8(e_cal_component_id_get_uid(id)));
     }
 }
 
@@ -312,6 +311,7 @@ void SourceClient::contentsAreComplete()
     m_patience.stop();
     m_failures = 0;
     m_isOpen = true;
+    m_sinceOpen.start();
     for (auto series = m_series.cbegin(); series != m_series.cend(); ++series) {
         if (m_ownWrites.contains(series.key()))
             suspect(series.key());
@@ -349,8 +349,7 @@ QByteArray SourceClient::textFor(const QList<ComponentText> &components) const
 // Definitions of zones come later than the items in them, and do not make another version of an item.
 Items::ItemSetPtr SourceClient::setOf(const QString &uid, const QList<ComponentText> &components) const
 {
-    return std::make_shared<const Items::ItemSet>(
-        uid, textFor(components), m_zones, Items::ItemSet::versionOf(calendarText(components, {})));
+    return std::make_shared<const Items::ItemSet>(uid, textFor(components), m_zones, versionOf(components));
 }
 
 void SourceClient::take(const QString &uid, const QList<ComponentText> &components, Author author)

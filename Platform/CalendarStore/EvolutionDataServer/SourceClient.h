@@ -32,7 +32,7 @@ namespace Service
 //
 // Components of a series come one by one and in any order, so whatever belongs to
 // a series is asked for anew by its uid. Whether something has changed is decided
-// by its text: the echo of a change of our own is silent.
+// by what it says: the echo of a change of our own is silent.
 class SourceClient final : public QObject
 {
     Q_OBJECT
@@ -69,6 +69,11 @@ public:
 
     // What one uid holds, as a text that can be read and patched.
     QByteArray textFor(const QList<ComponentText> &components) const;
+    // Takes in what was just read.
+    void takeRead(const QString &uid, const QList<ComponentText> &components)
+    {
+        take(uid, components, CalBackendChange::Author::Others);
+    }
     // Takes in what was just written: at once, whatever comes later of what was before. No components: it is gone.
     Items::ItemSetPtr takeOwn(const QString &uid, const QList<ComponentText> &components);
     // Has the item looked at again, for it turned out to be another one than was known.
@@ -131,6 +136,7 @@ private:
     QTimer m_again;
     QTimer m_grace; // until a source that is not connected counts as offline
     bool m_isOpen = false; // all items have come since it was opened
+    QElapsedTimer m_sinceOpen;
     bool m_isComplete = false;
     bool m_isUnanswering = false;
     bool m_isReadOnly = true;

@@ -92,6 +92,8 @@ void SourceList::take(GAsyncResult *answer)
         m_again.start(pauseBetweenAttempts);
         return;
     }
+    // There is one in a process. Whoever gave the last reference away would run the event loop in the middle of an end.
+    [[maybe_unused]] static ESourceRegistry *const kept = referenced(m_registry.get()).release();
     // Else the library would end the program with the bus. The connection is there already.
     if (const Owned<GDBusConnection> bus { g_bus_get_sync(G_BUS_TYPE_SESSION, nullptr, nullptr) })
         g_dbus_connection_set_exit_on_close(bus.get(), FALSE);

@@ -15,14 +15,16 @@ namespace
 
 using Kind = ServiceFault::Kind;
 
-// Guests are the business of who invites them.
-constexpr auto quietly = E_CAL_OPERATION_FLAG_DISABLE_ITIP_MESSAGE;
+// Guests are the business of who invites them. And where the calendar lies on a server, what another machine has
+// written there since the service looked last is not overwritten: the server itself compares.
+constexpr auto carefully
+    = static_cast<ECalOperationFlags>(E_CAL_OPERATION_FLAG_DISABLE_ITIP_MESSAGE | E_CAL_OPERATION_FLAG_CONFLICT_FAIL);
 
 ServiceFault noAnswer()
 {
     return { Kind::NoAnswer,
         QCoreApplication::translate(
-            "Vantle", "The calendar service does not answer. Whether it was done is not known.") };
+            "Vantle", "The calendar service did not answer in time. It may still make the change later.") };
 }
 
 ServiceFault hangs()
@@ -45,6 +47,8 @@ ServiceFault faultOf(const Failure &failure, const Deadline &deadline)
         return { Kind::Taken, failure.reason() };
     if (failure.is(E_CAL_CLIENT_ERROR, E_CAL_CLIENT_ERROR_INVALID_OBJECT))
         return { Kind::Refused, failure.reason() };
+    if (failure.is(E_CLIENT_ERROR, E_CLIENT_ERROR_OUT_OF_SYNC))
+        return { Kind::Changed, failure.reason() };
     if (failure.is(E_CLIENT_ERROR, E_CLIENT_ERROR_PERMISSION_DENIED))
         return { Kind::ReadOnly, failure.reason() };
     const bool isGone = failure.is(G_IO_ERROR, G_IO_ERROR_FAILED) || failure.is(G_DBUS_ERROR, G_DBUS_ERROR_NO_REPLY)
@@ -125,18 +129,10 @@ Result<QList<ComponentText>, ServiceFault> StoredObjects::write(
     const CalendarParts old(before);
     const CalendarParts wanted(after);
     if (const auto changed = change(uid, old, wanted); !changed) {
-        const ServiceFault &fault = changed.error();
+        ServiceFault fault = changed.error();
         if (fault.kind == Kind::NoAnswer)
             m_source.setUnanswering(true);
-        if (wanted.components.size() + old.components.size() > 2 && fault.kind != Kind::Lost
-            && fault.kind != Kind::NoAnswer) {
-            // Some of it may be written: as it was before, as far as the service takes it.
-            if (const auto present = read(uid)) {
-                const CalendarParts half(m_source.textFor(present.value()));
-                if (const auto restored = change(uid, half, old); !restored)
-                    m_source.suspect(uid);
-            }
-        }
+        fault.mayBeHalfDone = takesSeveralCalls(before, after) && (fault.mayHappen() || !restore(uid, old));
         return fault;
     }
     if (wanted.components.isEmpty())
@@ -144,6 +140,30 @@ Result<QList<ComponentText>, ServiceFault> StoredObjects::write(
     auto written = read(uid);
     // It is done, whatever became of the service afterwards.
     return written ? written.value() : wanted.components;
+}
+
+bool StoredObjects::takesSeveralCalls(const QByteArray &before, const QByteArray &after)
+{
+    const CalendarParts old(before);
+    const CalendarParts wanted(after);
+    if (wanted.components.isEmpty())
+        return false;
+    const auto removed = std::ranges::count_if(
+        old.components, [&](const ComponentText &each) { return counterpart(wanted, each) == nullptr; });
+    const auto written = std::ranges::count_if(wanted.components, [&](const ComponentText &each) {
+        const ComponentText *const known = counterpart(old, each);
+        return !known || known->text != each.text;
+    });
+    return removed + written > 1;
+}
+
+// As it was before some of several calls, as far as the service takes it.
+bool StoredObjects::restore(const QString &uid, const CalendarParts &before) const
+{
+    const auto present = read(uid);
+    if (!present)
+        return present.error().kind == Kind::NotFound && before.components.isEmpty();
+    return change(uid, CalendarParts(m_source.textFor(present.value())), before).isOk();
 }
 
 Result<void, ServiceFault> StoredObjects::change(
@@ -157,7 +177,7 @@ Result<void, ServiceFault> StoredObjects::change(
     const QByteArray name = uid.toUtf8();
     if (after.components.isEmpty()) {
         if (e_cal_client_remove_object_sync(
-                client, name.constData(), nullptr, E_CAL_OBJ_MOD_ALL, quietly, deadline.cancellable(), failure))
+                client, name.constData(), nullptr, E_CAL_OBJ_MOD_ALL, carefully, deadline.cancellable(), failure))
             return {};
         return faultOf(failure, deadline);
     }
@@ -169,7 +189,7 @@ Result<void, ServiceFault> StoredObjects::change(
             continue;
         // Without a trace in the series: whether it leaves a gap is said by the series itself.
         if (!e_cal_client_remove_object_sync(client, name.constData(), each.recurrenceId.constData(),
-                E_CAL_OBJ_MOD_ONLY_THIS, quietly, deadline.cancellable(), failure))
+                E_CAL_OBJ_MOD_ONLY_THIS, carefully, deadline.cancellable(), failure))
             return faultOf(failure, deadline);
     }
     bool isThere = !before.components.isEmpty();
@@ -182,9 +202,9 @@ Result<void, ServiceFault> StoredObjects::change(
             return ServiceFault { Kind::Refused, {} };
         const auto span = each.recurrenceId.isEmpty() ? E_CAL_OBJ_MOD_ALL : E_CAL_OBJ_MOD_THIS;
         const bool isDone = isThere
-            ? e_cal_client_modify_object_sync(client, component.get(), span, quietly, deadline.cancellable(), failure)
+            ? e_cal_client_modify_object_sync(client, component.get(), span, carefully, deadline.cancellable(), failure)
             : e_cal_client_create_object_sync(
-                client, component.get(), quietly, nullptr, deadline.cancellable(), failure);
+                client, component.get(), carefully, nullptr, deadline.cancellable(), failure);
         if (!isDone)
             return faultOf(failure, deadline);
         isThere = true;

@@ -19,6 +19,7 @@ struct ServiceFault {
     enum class Kind {
         NotFound, // it holds no such item
         Taken, // it holds one already
+        Changed, // another machine has changed it on the server
         ReadOnly, // the calendar cannot be changed
         Refused, // it cannot store such an item
         NoAnswer, // it did not answer in time; what it was asked for may still happen
@@ -28,6 +29,10 @@ struct ServiceFault {
 
     Kind kind = Kind::Failed;
     QString reason; // the service's words
+    bool mayBeHalfDone = false; // of several calls, some were made and could not be taken back
+
+    // Whether what was asked for may be done nevertheless, also later.
+    bool mayHappen() const { return kind == Kind::NoAnswer || kind == Kind::Lost; }
 };
 
 // Reads and writes what the service holds under one uid, waiting for the answer, but
@@ -47,6 +52,8 @@ public:
     Result<QList<ComponentText>, ServiceFault> write(
         const QString &uid, const QByteArray &before, const QByteArray &after) const;
 
+    static bool takesSeveralCalls(const QByteArray &before, const QByteArray &after);
+
     static constexpr std::chrono::milliseconds limitOfQuestion { 1000 };
     static constexpr std::chrono::milliseconds limitOfReading { 5000 };
     static constexpr std::chrono::milliseconds limitOfWriting { 10000 };
@@ -55,6 +62,7 @@ private:
     Result<void, ServiceFault> ask() const;
     Result<void, ServiceFault> change(
         const QString &uid, const CalendarParts &before, const CalendarParts &after) const;
+    bool restore(const QString &uid, const CalendarParts &before) const;
     Result<void, ServiceFault> tellZones(const CalendarParts &parts, GCancellable *cancellable) const;
 
     SourceClient &m_source;

@@ -47,6 +47,12 @@ void ChangeAnnouncer::add(const CalBackendChange &change)
         m_timer.start(static_cast<int>(wait));
 }
 
+void ChangeAnnouncer::announceSoon()
+{
+    if (m_timer.isActive())
+        m_timer.start(0);
+}
+
 void ChangeAnnouncer::announce()
 {
     m_sinceLast.start();

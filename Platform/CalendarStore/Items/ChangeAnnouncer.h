@@ -24,6 +24,11 @@ public:
 
     void add(const CalBackendChange &change);
 
+    // While much is on its way: the next one waits as if one had just been announced, so that it tells of all that
+    // comes until then, or until announceSoon().
+    void gather() { m_sinceLast.start(); }
+    void announceSoon();
+
     static constexpr std::chrono::milliseconds shortestInterval { 250 };
 
 Q_SIGNALS:

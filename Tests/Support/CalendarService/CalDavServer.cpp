@@ -86,8 +86,23 @@ bool CalDavServer::takePort(const QByteArray &log)
     return m_port != 0;
 }
 
+void CalDavServer::pause()
+{
+    m_isPaused = ::kill(static_cast<pid_t>(m_server.processId()), SIGSTOP) == 0;
+    if (!m_isPaused)
+        qFatal("The server cannot be paused");
+}
+
+void CalDavServer::resume()
+{
+    m_isPaused = false;
+    ::kill(static_cast<pid_t>(m_server.processId()), SIGCONT);
+}
+
 void CalDavServer::stop()
 {
+    if (m_isPaused)
+        resume();
     if (m_server.state() == QProcess::NotRunning)
         return;
     m_server.terminate();

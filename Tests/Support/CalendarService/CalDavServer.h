@@ -26,6 +26,9 @@ public:
     // when it did not start.
     [[nodiscard]] bool start();
     void stop();
+    // From now on it takes requests and answers none, until resume().
+    void pause();
+    void resume();
     QString failure() const { return m_failure; }
 
     QString url(const QString &collection) const;
@@ -39,6 +42,7 @@ private:
 
     QTemporaryDir m_folder;
     QProcess m_server;
+    bool m_isPaused = false;
     int m_port = 0; // chosen by the system at the first start
     QString m_failure;
 };

@@ -13,7 +13,6 @@ using namespace Qt::StringLiterals;
 namespace
 {
 
-const QByteArray kept = "X-KEEP;A=\"b;c\":\\q, d\r\n";
 const QByteArray series = "RRULE:FREQ=DAILY;COUNT=4\r\nEXDATE:20260312T080000Z\r\n";
 const QByteArray exception = "RECURRENCE-ID:20260313T080000Z\r\nDURATION:PT2H\r\n";
 
@@ -42,6 +41,8 @@ private Q_SLOTS:
     void whatCannotBeStoredStaysWhereItWas();
 
 private:
+    // A line that only other programs know.
+    QByteArray unknown() const { return fixture().keepsOddLines() ? "X-KEEP;A=\"b;c\":\\q, d\r\n" : "X-KEEP:c d\r\n"; }
     // Beside the fixture's own; `components` is what it holds from the start.
     void addElsewhere(const QByteArray &components = {});
     CalCalendarPtr elsewhere() const { return fixture().calendar(u"Elsewhere"_s); }
@@ -70,7 +71,7 @@ QByteArray MovingContract::textElsewhere() const
 
 void MovingContract::aTaskGoesElsewhereWithAllThatIsUnknown()
 {
-    fixture().put(u"Home"_s, u"a"_s, taskText("a", "A", kept));
+    fixture().put(u"Home"_s, u"a"_s, taskText("a", "A", unknown()));
     addElsewhere();
     const CalTaskPtr task = fixture().task(u"A"_s);
 
@@ -80,12 +81,12 @@ void MovingContract::aTaskGoesElsewhereWithAllThatIsUnknown()
     QCOMPARE(titlesOf(fixture().tasks()), QStringList { u"A"_s });
     QCOMPARE(fixture().task(u"A"_s)->calendar()->uid(), u"Elsewhere"_s);
     QCOMPARE(fixture().task(u"A"_s)->uid(), task->uid());
-    QVERIFY2(textElsewhere().contains(kept), textElsewhere().constData());
+    QVERIFY2(textElsewhere().contains(unknown()), textElsewhere().constData());
 }
 
 void MovingContract::aTaskComesFromElsewhere()
 {
-    addElsewhere(taskText("a", "A", kept));
+    addElsewhere(taskText("a", "A", unknown()));
     const CalTaskPtr task = fixture().task(u"A"_s);
 
     task->setTitle(u"B"_s);
@@ -99,7 +100,7 @@ void MovingContract::aTaskComesFromElsewhere()
 
 void MovingContract::anEventGoesElsewhereWithItsChanges()
 {
-    fixture().put(u"Home"_s, u"e"_s, eventText("e", "E", "20260311T080000Z", "DURATION:PT1H\r\n" + kept));
+    fixture().put(u"Home"_s, u"e"_s, eventText("e", "E", "20260311T080000Z", "DURATION:PT1H\r\n" + unknown()));
     addElsewhere();
     const CalEventPtr event = fixture().eventOn(contractDay, u"E"_s);
 
@@ -113,14 +114,14 @@ void MovingContract::anEventGoesElsewhereWithItsChanges()
     const CalEventPtr moved = fixture().eventOn(contractDay, u"E"_s);
     QCOMPARE(moved->calendar()->uid(), u"Elsewhere"_s);
     QCOMPARE(moved->location(), u"There"_s);
-    QVERIFY(textElsewhere().contains(kept));
+    QVERIFY(textElsewhere().contains(unknown()));
 }
 
 void MovingContract::aSeriesGoesElsewhereAsAWhole()
 {
     fixture().put(u"Home"_s, u"s"_s,
         eventText("s", "S", "20260310T080000Z", "DURATION:PT1H\r\n" + series)
-            + eventText("s", "Other", "20260313T100000Z", exception + kept));
+            + eventText("s", "Other", "20260313T100000Z", exception + unknown()));
     addElsewhere();
     const CalEventPtr event = fixture().eventOn(contractDay, u"S"_s);
 
@@ -131,7 +132,7 @@ void MovingContract::aSeriesGoesElsewhereAsAWhole()
              std::pair(1, QStringList()), std::pair(2, QStringList { u"Other"_s }) })
         QCOMPARE(titlesOf(fixture().eventsOn(contractDay.addDays(offset))), titles);
     QCOMPARE(fixture().eventOn(contractDay, u"S"_s)->calendar()->uid(), u"Elsewhere"_s);
-    QVERIFY(textElsewhere().contains(kept));
+    QVERIFY(textElsewhere().contains(unknown()));
 }
 
 void MovingContract::aSeriesComesFromElsewhereAsAWhole()

@@ -197,6 +197,8 @@ void QueriesContract::zonesAreConverted()
     QFETCH(const QByteArray, start);
     QFETCH(const QDate, day);
     QFETCH(const QStringList, expected);
+    if (start.contains("Moon") && !fixture().keepsUnknownZones())
+        QEXPECT_FAIL("", "This back end is given a time of an unknown zone as one of UTC", Continue);
     fixture().put(u"Home"_s, u"a"_s, eventWith(start + "\r\nDURATION:PT1H\r\n"));
 
     QCOMPARE(shown(fixture().eventsOn(day)), expected);

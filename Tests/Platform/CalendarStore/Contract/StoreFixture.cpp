@@ -3,6 +3,9 @@
 
 #include "FolderFixture.h"
 #include "MemoryFixture.h"
+#ifdef VANTLE_WITH_SERVICE
+#include "ServiceFixture.h"
+#endif
 
 #include <algorithm>
 
@@ -59,6 +62,9 @@ const std::vector<NamedFixture> &storeFixtures()
     static const std::vector<NamedFixture> fixtures {
         { "Folder", [] { return std::make_unique<FolderFixture>(); } },
         { "Memory", [] { return std::make_unique<MemoryFixture>(); }, false },
+#ifdef VANTLE_WITH_SERVICE
+        { "Service", [] { return std::make_unique<ServiceFixture>(); } },
+#endif
     };
     return fixtures;
 }

@@ -39,6 +39,13 @@ public:
     // From now on the system refuses whatever is to be written.
     virtual void breakTheDisk() = 0;
 
+    // Whether an item keeps a time whose zone nobody knows. Where the desktop's service holds the items, it makes
+    // such a time one of UTC before anybody can read it.
+    virtual bool keepsUnknownZones() const { return true; }
+    // Whether a line that no program should write is kept to the byte. The desktop's service reads and writes every
+    // item by a library that changes odd values.
+    virtual bool keepsOddLines() const { return true; }
+
     // Questions to the store, in short.
     CalCalendarPtr calendar(const QString &uid) { return store().calendarWithUID(uid); }
     // Of the day, from its first to its last second, in all calendars.
