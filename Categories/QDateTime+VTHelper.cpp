@@ -13,6 +13,14 @@ QDateTime startOfDate(QDate date)
     if (!date.isValid())
         return {};
 
+    // Where no clock change is near, there is one answer.
+    constexpr qint64 near = 3 * 3600; // seconds; more than any clock is changed by
+    const qint64 midnight = QDateTime(date, QTime(0, 0)).toSecsSinceEpoch();
+    const QDateTime earlier = QDateTime::fromSecsSinceEpoch(midnight - near);
+    const QDateTime later = QDateTime::fromSecsSinceEpoch(midnight + near);
+    if (earlier.offsetFromUtc() == later.offsetFromUtc() && earlier.date() < date && later.date() == date)
+        return QDateTime::fromSecsSinceEpoch(midnight);
+
     constexpr qint64 farthestFromUtc = 26 * 3600; // seconds; the date line's zones and then a clock change
     const qint64 midnightInUtc = date.startOfDay(Qt::UTC).toSecsSinceEpoch();
     qint64 before = midnightInUtc - farthestFromUtc;

@@ -7,6 +7,8 @@
 #include <QDateTime+VTHelper.h>
 
 #include <algorithm>
+#include <utility>
+#include <vector>
 
 namespace
 {
@@ -28,12 +30,24 @@ Order compareFlags(bool left, bool right)
     return static_cast<int>(left) <=> static_cast<int>(right);
 }
 
-Order compareDueDates(const CalTask &left, const CalTask &right)
+// What a to-do is sorted by, taken once from each: telling the instant of a local time asks the system.
+struct SortKey {
+    explicit SortKey(CalTaskPtr toDo)
+        : task(std::move(toDo))
+        , isWithoutDueDate(VTDueDateIsNotSet(*task))
+        , due(task->dueDate() ? task->dueDate()->toMSecsSinceEpoch() : 0)
+    {
+    }
+
+    CalTaskPtr task;
+    bool isWithoutDueDate;
+    qint64 due; // milliseconds since 1970
+};
+
+Order compareDueDates(const SortKey &left, const SortKey &right)
 {
-    const Order absence = compareFlags(VTDueDateIsNotSet(left), VTDueDateIsNotSet(right));
-    if (absence != 0 || !left.dueDate())
-        return absence;
-    return left.dueDate()->toMSecsSinceEpoch() <=> right.dueDate()->toMSecsSinceEpoch();
+    const Order absence = compareFlags(left.isWithoutDueDate, right.isWithoutDueDate);
+    return absence != 0 ? absence : left.due <=> right.due;
 }
 
 Order comparePriorities(const CalTask &left, const CalTask &right)
@@ -99,13 +113,18 @@ CalTaskList VTTasksOfDay(const CalCalendarStore &store, const VTDayQuestion &que
 CalTaskList VTSortedTasks(CalTaskList tasks, int sortMethod, QCollator collator)
 {
     collator.setCaseSensitivity(Qt::CaseInsensitive);
-    std::ranges::stable_sort(tasks, [&](const CalTaskPtr &left, const CalTaskPtr &right) {
+    std::vector<SortKey> keys;
+    keys.reserve(static_cast<std::size_t>(tasks.size()));
+    for (const CalTaskPtr &task : tasks)
+        keys.emplace_back(task);
+    std::ranges::stable_sort(keys, [&](const SortKey &left, const SortKey &right) {
         Order order = Order::equivalent;
         if (sortMethod == VTSortByDueDate)
-            order = compareDueDates(*left, *right);
+            order = compareDueDates(left, right);
         else if (sortMethod == VTSortByPriority)
-            order = comparePriorities(*left, *right);
-        return (order != 0 ? order : compareTitles(*left, *right, collator)) < 0;
+            order = comparePriorities(*left.task, *right.task);
+        return (order != 0 ? order : compareTitles(*left.task, *right.task, collator)) < 0;
     });
+    std::ranges::transform(keys, tasks.begin(), &SortKey::task);
     return tasks;
 }

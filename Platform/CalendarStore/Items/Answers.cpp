@@ -48,7 +48,7 @@ CalEventList eventsOf(const ItemIndex &index, const CalCalendarPtr &calendar, co
     const std::function<void(const GroupRef &series)> &repeatsTooOften)
 {
     CalEventList events;
-    const RecordMaker maker(index, calendar, *question.local);
+    const RecordMaker maker(index, calendar, question.local);
     for (const GroupRef &ref : index.eventCandidates(question.from, question.to)) {
         if (ref.get().needsExpansion) {
             const ICalendar::Expansion &expansion
@@ -72,7 +72,7 @@ CalTaskList tasksOf(const ItemIndex &index, const CalCalendarPtr &calendar, Cale
     const QDateTime &since)
 {
     const ICalendar::ZonePtr local = ICalendar::ZoneRegistry::localZone();
-    const RecordMaker maker(index, calendar, *local);
+    const RecordMaker maker(index, calendar, local);
     CalTaskList tasks;
     for (const GroupRef &ref : index.tasks().inState(state, since.isValid() ? since.toSecsSinceEpoch() : 0))
         tasks << maker.task(ref);

@@ -3,6 +3,7 @@
 
 #include "EventIndex.h"
 #include "ExpansionCache.h"
+#include "LocalTimeCache.h"
 #include "TaskIndex.h"
 
 #include <QHash>
@@ -31,6 +32,7 @@ public:
     }
     const TaskIndex &tasks() const { return m_tasks; }
     ExpansionCache &expansions() const { return m_expansions; }
+    LocalTimeCache &localTimes() const { return m_localTimes; }
 
     // Tells a group apart from others of the same UID in this calendar; empty for the first of
     // them, sets taken by name.
@@ -42,6 +44,7 @@ private:
     EventIndex m_events;
     TaskIndex m_tasks;
     mutable ExpansionCache m_expansions; // derived from the sets
+    mutable LocalTimeCache m_localTimes; // derived from the zone
 };
 
 } // namespace Items

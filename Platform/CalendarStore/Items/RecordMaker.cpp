@@ -17,11 +17,6 @@ using ICalendar::Item;
 namespace
 {
 
-QDateTime localTime(ICalendar::UtcSeconds instant)
-{
-    return QDateTime::fromSecsSinceEpoch(instant);
-}
-
 // A property that holds nothing counts as one that is not there.
 std::optional<QString> unlessEmpty(const std::optional<QString> &text)
 {
@@ -32,22 +27,6 @@ std::optional<QUrl> urlOf(const std::optional<QString> &text)
 {
     const auto given = unlessEmpty(text);
     return given ? std::optional(QUrl(given->trimmed(), QUrl::TolerantMode)) : std::nullopt;
-}
-
-CalAlarmPtr alarmRecord(const ICalendar::Alarm &alarm, int index)
-{
-    auto record = std::make_shared<CalAlarm>();
-    record->setSound(unlessEmpty(alarm.sound));
-    // After the sound, which would make a message alarm another kind than the stored one.
-    record->setAction(alarm.action.isEmpty() ? CalAlarmActionDisplay : alarm.action);
-    record->setEmailAddress(unlessEmpty(alarm.emailAddress));
-    record->setUrl(urlOf(alarm.url));
-    record->setRelativeTrigger(static_cast<double>(alarm.relativeTrigger));
-    record->setRelatedToEnd(alarm.relatedToEnd);
-    if (alarm.absoluteTrigger)
-        record->setAbsoluteTrigger(localTime(*alarm.absoluteTrigger));
-    record->setStoredIndex(index);
-    return record;
 }
 
 std::optional<QList<CalAttendee>> attendeesOf(const Item &item)
@@ -62,10 +41,10 @@ std::optional<QList<CalAttendee>> attendeesOf(const Item &item)
 
 } // namespace
 
-RecordMaker::RecordMaker(const ItemIndex &index, CalCalendarPtr calendar, const ICalendar::Zone &local)
+RecordMaker::RecordMaker(const ItemIndex &index, CalCalendarPtr calendar, ICalendar::ZonePtr local)
     : m_index(index)
     , m_calendar(std::move(calendar))
-    , m_local(local)
+    , m_local(std::move(local))
 {
 }
 
@@ -76,13 +55,13 @@ CalEventPtr RecordMaker::event(
     fill(*record, ref, item, recurrenceId);
     const bool isAllDay = times.start.isDate();
     record->setIsAllDay(isAllDay);
-    record->setStartDate(localTime(times.start.toUtc(m_local)));
+    record->setStartDate(localTime(times.start.toUtc(*m_local)));
     if (isAllDay && times.end.isDate()) {
         // Through the calendar, for the last day may be an hour shorter or longer.
         const QDate lastDay = QDateTime::fromSecsSinceEpoch(times.end.civil - 1, Qt::UTC).date();
         record->setEndDate(QDateTime(lastDay, QTime(23, 59, 59)));
     } else {
-        record->setEndDate(std::max(record->startDate(), localTime(times.end.toUtc(m_local))));
+        record->setEndDate(std::max(record->startDate(), localTime(times.end.toUtc(*m_local))));
     }
     record->setLocation(unlessEmpty(item.location));
     record->setAttendees(attendeesOf(item));
@@ -99,7 +78,7 @@ CalTaskPtr RecordMaker::task(const GroupRef &ref) const
     auto record = std::make_shared<CalTask>();
     fill(*record, ref, item, item.recurrenceId ? recurrenceIdText(*item.recurrenceId) : QString());
     if (item.due) {
-        record->setDueDate(localTime(item.due->toUtc(m_local)));
+        record->setDueDate(localTime(item.due->toUtc(*m_local)));
         record->setIsDueDateOnly(item.due->isDate());
     }
     if (item.completed)
@@ -119,12 +98,33 @@ void RecordMaker::fill(
     record.setUrl(urlOf(item.url));
     CalAlarmList alarms;
     for (int index = 0; index < item.alarms.size(); ++index)
-        alarms << alarmRecord(item.alarms.at(index), index);
+        alarms << alarm(item.alarms.at(index), index);
     record.setAlarms(alarms);
     // Of sets that share no UID only items of one and the same set need to be told apart.
     const bool isAlone = ref.get().ordinal == 0 && !m_index.hasSharedUids();
     const QString distinction = isAlone ? QString() : m_index.distinctionOf(ref);
     record.setOrigin({ item.uid, recurrenceId, ref.set->name(), distinction, ref.set->version() });
+}
+
+CalAlarmPtr RecordMaker::alarm(const ICalendar::Alarm &alarm, int index) const
+{
+    auto record = std::make_shared<CalAlarm>();
+    record->setSound(unlessEmpty(alarm.sound));
+    // After the sound, which would make a message alarm another kind than the stored one.
+    record->setAction(alarm.action.isEmpty() ? CalAlarmActionDisplay : alarm.action);
+    record->setEmailAddress(unlessEmpty(alarm.emailAddress));
+    record->setUrl(urlOf(alarm.url));
+    record->setRelativeTrigger(static_cast<double>(alarm.relativeTrigger));
+    record->setRelatedToEnd(alarm.relatedToEnd);
+    if (alarm.absoluteTrigger)
+        record->setAbsoluteTrigger(localTime(*alarm.absoluteTrigger));
+    record->setStoredIndex(index);
+    return record;
+}
+
+QDateTime RecordMaker::localTime(ICalendar::UtcSeconds instant) const
+{
+    return m_index.localTimes().at(instant, m_local);
 }
 
 QString recurrenceIdText(const CivilTime &instant)

@@ -17,7 +17,7 @@ class ItemIndex;
 class RecordMaker final
 {
 public:
-    RecordMaker(const ItemIndex &index, CalCalendarPtr calendar, const ICalendar::Zone &local);
+    RecordMaker(const ItemIndex &index, CalCalendarPtr calendar, ICalendar::ZonePtr local);
 
     // `item` holds the values: the series' own, or an override's. `recurrenceId` is the text that names
     // the occurrence, empty for an event that happens once.
@@ -28,10 +28,12 @@ public:
 private:
     void fill(
         CalCalendarItem &record, const GroupRef &ref, const ICalendar::Item &item, const QString &recurrenceId) const;
+    CalAlarmPtr alarm(const ICalendar::Alarm &alarm, int index) const;
+    QDateTime localTime(ICalendar::UtcSeconds instant) const;
 
     const ItemIndex &m_index;
     CalCalendarPtr m_calendar;
-    const ICalendar::Zone &m_local;
+    ICalendar::ZonePtr m_local;
 };
 
 // The text by which an occurrence is known: the same in whichever zone the process stands.
