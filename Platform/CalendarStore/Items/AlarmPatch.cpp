@@ -57,9 +57,10 @@ Line attachment(const CalAlarm &alarm)
 
 Line recipient(const CalAlarm &alarm)
 {
-    if (actionOf(alarm) != CalAlarmActionEmail || !alarm.emailAddress())
+    const QByteArray address = alarm.emailAddress().value_or(QString()).trimmed().toUtf8();
+    if (actionOf(alarm) != CalAlarmActionEmail || address.isEmpty())
         return { "ATTENDEE", std::nullopt, {} };
-    return { "ATTENDEE", "mailto:" + alarm.emailAddress()->trimmed().toUtf8(), {} };
+    return { "ATTENDEE", "mailto:" + address, {} };
 }
 
 // What RFC 5545, section 3.6.6, wants of each kind of alarm besides.

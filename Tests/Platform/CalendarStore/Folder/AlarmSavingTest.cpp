@@ -65,6 +65,7 @@ private Q_SLOTS:
     void unchangedAlarmsAreNotTouched();
     void alarmsOfToDosAreWrittenToo();
     void aLineEndInAnAddressBeginsNoLine();
+    void anAddressThatHoldsNothingIsNotWritten();
 };
 
 void AlarmSavingTest::aNewAlarmIsWritten_data()
@@ -259,6 +260,20 @@ void AlarmSavingTest::aLineEndInAnAddressBeginsNoLine()
 
     QVERIFY(!item.saved().contains("\nX-EVIL"));
     QCOMPARE(item.saved().count("\nEND:VALARM"), 1);
+}
+
+void AlarmSavingTest::anAddressThatHoldsNothingIsNotWritten()
+{
+    const AlarmedEvent item(message);
+    const CalAlarmPtr mail = newAlarm(3600);
+    mail->setAction(CalAlarmActionEmail);
+    mail->setEmailAddress(u" "_s);
+    item.event->addAlarm(mail);
+
+    QVERIFY(item.save());
+
+    QVERIFY(item.saved().contains("ACTION:EMAIL"));
+    QVERIFY2(!item.saved().contains("mailto:"), item.saved().constData());
 }
 
 VANTLE_TEST(AlarmSavingTest)
