@@ -222,7 +222,8 @@ void saveSingleEvent(const Items::StoredText &stored, const CalEvent &event, ICa
         return each->origin().plainUid == event.origin().plainUid && each->startDate() == event.startDate()
             && (each->endDate() == end || event.isAllDay());
     };
-    if (hasOtherTimes && event.isAllDay() == event.asRead()->isAllDay())
+    const auto canBeWritten = [](const QDateTime &time) { return time.toUTC().date().year() < 9999; };
+    if (hasOtherTimes && event.isAllDay() == event.asRead()->isAllDay() && canBeWritten(end))
         require(std::ranges::any_of(after.events(event.startDate(), end), isThere), "the times are what was set");
 }
 
