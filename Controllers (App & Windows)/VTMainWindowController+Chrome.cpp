@@ -8,6 +8,7 @@
 
 #include <CalCalendarItem.h>
 #include <CalCalendarStore.h>
+#include <DesktopAlerts.h>
 #include <KLVAccordionScrollArea.h>
 #include <KLVAccordionView.h>
 #include <KLVDateBar.h>
@@ -57,6 +58,8 @@ void VTMainWindowController::connectControls()
     connectSplitView();
     connect(m_window->revealStrip(), &KLVRevealStrip::clicked, this, [this] { toogleDateBar(); });
     connect(&m_services.store, &CalCalendarStore::silenceDidChange, this, &VTMainWindowController::updateNotice);
+    connect(&m_services.store, &CalCalendarStore::savedChangeWasOverwritten, this,
+        &VTMainWindowController::tellOfOverwrittenChange);
     updateNotice();
 }
 
@@ -73,6 +76,17 @@ void VTMainWindowController::updateNotice()
     }
     m_window->notice()->say(
         titles.isEmpty() && m_services.store.hasUnreachedService() ? VTUnreachedWords() : VTSilenceWords(titles));
+}
+
+void VTMainWindowController::tellOfOverwrittenChange(const StoreError &error)
+{
+    // Both steps of an event's save can be overwritten at once; the person made one change.
+    const QString message = error.message();
+    if (m_overwritingBeingTold == message)
+        return;
+    m_overwritingBeingTold = message;
+    m_services.alerts.runModal(message);
+    m_overwritingBeingTold.clear();
 }
 
 void VTMainWindowController::connectMenu()

@@ -290,6 +290,7 @@ private:
     void showAccountSettings();
     void updateDatePicker() const;
     void updateNotice();
+    void tellOfOverwrittenChange(const StoreError &error);
     void showPickedDate(const QDate &day);
     KLVAccordionView *listOfSelection() const;
 
@@ -314,6 +315,7 @@ private:
     // Calendars may still be arriving when the window opens. Until they are all there, or the person
     // does something, each arrival selects the first item anew.
     bool m_firstSelectionIsArmed = false;
+    QString m_overwritingBeingTold; // the message, while it is shown
     bool m_isTicking = false; // the clock, and not the person, changes the date
 
     VTDateFormatter m_headerFromatterWithoutYear;

@@ -332,6 +332,7 @@ void CalCalendarStore::listenTo(CalendarStoreBackend &backend)
         }
     });
     connect(&backend, &CalendarStoreBackend::silenceDidChange, this, &CalCalendarStore::silenceDidChange);
+    connect(&backend, &CalendarStoreBackend::overwritten, this, &CalCalendarStore::savedChangeWasOverwritten);
 }
 
 CalCalendarStore::~CalCalendarStore() = default;

@@ -110,6 +110,9 @@ Q_SIGNALS:
     void undoableRemovalDidChange();
     // silentCalendars() or hasUnreachedService() answers otherwise.
     void silenceDidChange();
+    // A change that was saved is not there any more: another program that did not know of it has written over it.
+    // Once for each such save.
+    void savedChangeWasOverwritten(const StoreError &error);
 
 private:
     void listenTo(CalendarStoreBackend &backend);

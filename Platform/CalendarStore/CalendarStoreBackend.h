@@ -102,4 +102,7 @@ Q_SIGNALS:
     void loaded();
     // silentCalendars() or isUnreached() answers otherwise.
     void silenceDidChange();
+    // What a save has acknowledged was overwritten a moment later, by somebody who did not know of it: it is not there.
+    // Sent from the event loop, once for each such save.
+    void overwritten(const StoreError &error);
 };

@@ -1364,5 +1364,9 @@ Geben Sie das Passwort des Kontos in dem Programm ein, das Ihre Kalender verwalt
         <source>The calendar service did not answer in time. It may still make the change later.</source>
         <translation>Der Kalenderdienst hat nicht rechtzeitig geantwortet. Er nimmt die Änderung vielleicht später noch vor.</translation>
     </message>
+    <message>
+        <source>Another program has overwritten the change a moment later. Its version was kept.</source>
+        <translation>Ein anderes Programm hat die Änderung einen Augenblick später überschrieben. Seine Fassung wurde behalten.</translation>
+    </message>
 </context>
 </TS>

@@ -58,6 +58,7 @@ private Q_SLOTS:
     void deleteRemovesOneOccurrence();
     void deleteWithoutASelectionDoesNothing();
     void refusedDeleteShowsAnAlertAndLeavesTheLists();
+    void anOverwrittenChangeShowsAnAlert();
     void undoPutsTheLastDeletedItemBack();
     void undoWithoutADeleteDoesNothing();
     void refusedUndoShowsAnAlert();
@@ -146,6 +147,21 @@ void VTItemCommandsTest::refusedDeleteShowsAnAlertAndLeavesTheLists()
     QCOMPARE(day.alerts.messages.size(), 2);
     QCOMPARE(controller.events().size(), 2);
     QCOMPARE(controller.tasks().size(), 2);
+}
+
+void VTItemCommandsTest::anOverwrittenChangeShowsAnAlert()
+{
+    MainWindowFixture fixture;
+    fixture.wakeWithWindow();
+    StoreError error;
+    error.code = StoreError::Code::Conflict;
+    error.item = u"Lunch"_s;
+    error.calendar = u"Home"_s;
+    error.reason = u"Overwritten."_s;
+
+    Q_EMIT fixture.backend().overwritten(error);
+
+    QTRY_COMPARE(fixture.alerts.messages, QStringList { error.message() });
 }
 
 void VTItemCommandsTest::undoPutsTheLastDeletedItemBack()

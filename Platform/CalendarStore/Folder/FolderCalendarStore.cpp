@@ -60,6 +60,12 @@ void FolderCalendarStore::open()
 {
     connect(&d->synchronizer, &FolderStore::FolderSynchronizer::changed, this, &FolderCalendarStore::changed);
     connect(&d->synchronizer, &FolderStore::FolderSynchronizer::loaded, this, &FolderCalendarStore::loaded);
+    connect(&d->synchronizer, &FolderStore::FolderSynchronizer::writtenByOthers, this, [this](const QString &path) {
+        // It can be found in the middle of a call, and is told from the event loop.
+        for (const StoreError &error : d->files.overwrittenIn(path))
+            QMetaObject::invokeMethod(
+                this, [this, error] { Q_EMIT overwritten(error); }, Qt::QueuedConnection);
+    });
     // Before anything is read, so that nobody sees the first half of a save.
     d->eventSaver.mendLeftOvers(d->synchronizer.root());
     d->synchronizer.open();

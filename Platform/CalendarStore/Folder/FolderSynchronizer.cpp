@@ -451,6 +451,8 @@ void FolderSynchronizer::takeSnapshot(
     followLink(collection, *snapshot);
     noteProblems(path, *snapshot);
     announce(collection, !looksTheSame(*recordBefore, *collection.record()), before.get(), snapshot.get(), author);
+    if (before && author == CalBackendChange::Author::Others)
+        Q_EMIT writtenByOthers(path);
 }
 
 bool FolderSynchronizer::isAwaited(const Collection &collection, const FileSnapshotPtr &snapshot)

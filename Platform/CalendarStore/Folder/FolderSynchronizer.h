@@ -59,6 +59,8 @@ public:
 Q_SIGNALS:
     void changed(const CalBackendChange &change);
     void loaded();
+    // Another program has written a file that was known, and what it wrote is known by now.
+    void writtenByOthers(const QString &path);
 
 private:
     struct FileKey {

@@ -27,6 +27,7 @@ ItemFiles::ItemFiles(FolderSynchronizer &synchronizer, const Clock &clock, FileC
     : m_synchronizer(synchronizer)
     , m_clock(clock)
     , m_writer(calls)
+    , m_recentEdits(synchronizer.zones())
 {
 }
 
@@ -87,6 +88,7 @@ Result<FileSnapshotPtr, StoreError> ItemFiles::replace(
         m_synchronizer.readAgain(*stored.collection, stored.set->name());
         return refusal(record, written.error());
     }
+    m_recentEdits.add(stored.path, stored.text, replacement, Items::overwrittenElsewhere(record), now());
     return takeIn(*stored.collection, stored.set->name(), replacement);
 }
 
@@ -122,6 +124,12 @@ Result<RemovedItem, StoreError> ItemFiles::takeOut(const StoredItem &stored, con
     if (!written)
         return written.error();
     return RemovedItem { stored.set->name(), stored.text, remaining, 0 };
+}
+
+QList<StoreError> ItemFiles::overwrittenIn(const QString &path)
+{
+    const auto content = readRegularFile(path, Limits::itemFileBytes);
+    return content ? m_recentEdits.overwrittenBy(path, content.value().bytes, now()) : QList<StoreError>();
 }
 
 StoreError ItemFiles::refusal(const CalCalendarItem &record, const WritingFault &fault)

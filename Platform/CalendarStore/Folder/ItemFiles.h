@@ -3,6 +3,7 @@
 
 #include "Collection.h"
 #include "ItemFileWriter.h"
+#include "RecentEdits.h"
 
 #include <CalCalendarItem.h>
 #include <Clock.h>
@@ -61,6 +62,11 @@ public:
     // The item with all that belongs to it: the file, or its part of a file that holds more.
     Result<RemovedItem, StoreError> takeOut(const StoredItem &stored, const CalCalendarItem &record);
 
+    // What another program, which has just written that file, has overwritten of what was saved there.
+    QList<StoreError> overwrittenIn(const QString &path);
+    // Saves to that file were taken back.
+    void forgetEdits(const QString &path) { m_recentEdits.forget(path); }
+
     QDateTime now() const { return m_clock.now(); }
     FolderSynchronizer &synchronizer() { return m_synchronizer; }
 
@@ -74,6 +80,7 @@ private:
     FolderSynchronizer &m_synchronizer;
     const Clock &m_clock;
     ItemFileWriter m_writer;
+    RecentEdits m_recentEdits;
     QSet<QString> m_openedFolders;
 };
 

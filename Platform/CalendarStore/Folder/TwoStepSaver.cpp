@@ -244,6 +244,7 @@ void TwoStepSaver::takeBack(CalEvent &event)
     else
         m_journal.abandon();
     m_first.reset();
+    m_files.forgetEdits(step.save.path);
     if (Collection *const collection = m_files.synchronizer().collection(step.calendar))
         m_files.synchronizer().readAgain(*collection, fileName);
     event.setOrigin(step.originBefore);

@@ -42,6 +42,13 @@ StoreError changedElsewhere(const CalCalendarItem &record)
         QCoreApplication::translate("Vantle", "Another program has changed it meanwhile. That version was kept."));
 }
 
+StoreError overwrittenElsewhere(const CalCalendarItem &record)
+{
+    return refusal(record, Code::Conflict,
+        QCoreApplication::translate(
+            "Vantle", "Another program has overwritten the change a moment later. Its version was kept."));
+}
+
 StoreError goneElsewhere(const CalCalendarItem &record)
 {
     return refusal(record, Code::NotFound,

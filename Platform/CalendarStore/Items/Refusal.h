@@ -13,6 +13,7 @@ StoreError refusal(const CalCalendarItem &record, StoreError::Code code, const Q
 
 // Reasons that every back end has.
 StoreError changedElsewhere(const CalCalendarItem &record);
+StoreError overwrittenElsewhere(const CalCalendarItem &record);
 StoreError goneElsewhere(const CalCalendarItem &record);
 StoreError calendarGone(const CalCalendarItem &record);
 StoreError calendarUnchangeable(const CalCalendarItem &record);
