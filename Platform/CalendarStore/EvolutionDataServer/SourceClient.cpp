@@ -199,8 +199,10 @@ void SourceClient::listen()
         g_signal_connect_swapped(m_changes.get(), name,
             G_CALLBACK(+[](SourceClient *client, const GSList *components) { client->changed(components); }), this);
     }
-    g_signal_connect_swapped(m_changes.get(), "objects-removed",
-        G_CALLBACK(+[](SourceClient *client, const GSList *ids) { client->removed(ids); }), this);
+    for (ECalClientView *const view : { m_contents.get(), m_changes.get() }) {
+        g_signal_connect_swapped(view, "objects-removed",
+            G_CALLBACK(+[](SourceClient *client, const GSList *ids) { client->removed(ids); }), this);
+    }
 }
 
 // The calls to start them wait for their answers, so they are made on a thread of the library, too.
@@ -269,13 +271,19 @@ void SourceClient::takeContents(const GSList *components)
     for (const GSList *node = components; node; node = node->next) {
         auto *const component = static_cast<ICalComponent *>(node->data);
         const QString uid = uidOf(component);
+        const ComponentText text = componentText(component);
+        // Each comes once. Another time it is told as it was a moment ago.
+        const bool isOld = m_seen.contains(uid)
+            && (!isOfSeries(component) || !m_series.contains(uid)
+                || std::ranges::any_of(m_series.value(uid),
+                    [&](const ComponentText &each) { return each.recurrenceId == text.recurrenceId; }));
         m_seen.insert(uid);
-        if (m_ownWrites.contains(uid))
+        if (isOld || m_ownWrites.contains(uid))
             suspect(uid);
         else if (isOfSeries(component))
-            m_series[uid] << componentText(component);
+            m_series[uid] << text;
         else
-            take(uid, { componentText(component) }, Author::Others);
+            take(uid, { text }, Author::Others);
     }
 }
 

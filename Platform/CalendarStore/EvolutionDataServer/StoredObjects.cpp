@@ -3,6 +3,8 @@
 
 #include "Deadline.h"
 
+#include <TextPatcher.h>
+
 #include <QCoreApplication>
 
 #include <algorithm>
@@ -63,6 +65,40 @@ const ComponentText *counterpart(const CalendarParts &parts, const ComponentText
 {
     const auto found = std::ranges::find(parts.components, component.recurrenceId, &ComponentText::recurrenceId);
     return found == parts.components.end() ? nullptr : &*found;
+}
+
+// By this the service finds out whether the server still holds what it knows. It stands in each component.
+constexpr const char *serverTag = "X-EVOLUTION-CALDAV-ETAG";
+
+QByteArray tagOf(const QList<ComponentText> &components)
+{
+    for (const ComponentText &each : components) {
+        if (const auto tag = ICalendar::TextPatcher(each.text).property(0, serverTag))
+            return *tag;
+    }
+    return {};
+}
+
+// With the tag of what is there, from whichever earlier state the text was made.
+ComponentText tagged(const ComponentText &component, const QByteArray &tag)
+{
+    ICalendar::TextPatcher patcher(component.text);
+    const auto present = patcher.property(0, serverTag);
+    if (tag.isEmpty() ? !present : present == tag)
+        return component;
+    if (tag.isEmpty())
+        patcher.removeProperty(0, serverTag);
+    else
+        patcher.setProperty(0, serverTag, tag);
+    return { patcher.patchedText(), component.recurrenceId };
+}
+
+CalendarParts tagged(CalendarParts parts, const CalendarParts &present)
+{
+    const QByteArray tag = tagOf(present.components);
+    for (ComponentText &each : parts.components)
+        each = tagged(each, tag);
+    return parts;
 }
 
 // The series before its overrides.
@@ -127,7 +163,7 @@ Result<QList<ComponentText>, ServiceFault> StoredObjects::write(
     if (const auto asked = ask(); !asked)
         return asked.error();
     const CalendarParts old(before);
-    const CalendarParts wanted(after);
+    const CalendarParts wanted = tagged(CalendarParts(after), old);
     if (const auto changed = change(uid, old, wanted); !changed) {
         ServiceFault fault = changed.error();
         if (fault.kind == Kind::NoAnswer)
@@ -145,7 +181,7 @@ Result<QList<ComponentText>, ServiceFault> StoredObjects::write(
 bool StoredObjects::takesSeveralCalls(const QByteArray &before, const QByteArray &after)
 {
     const CalendarParts old(before);
-    const CalendarParts wanted(after);
+    const CalendarParts wanted = tagged(CalendarParts(after), old);
     if (wanted.components.isEmpty())
         return false;
     const auto removed = std::ranges::count_if(
@@ -163,7 +199,8 @@ bool StoredObjects::restore(const QString &uid, const CalendarParts &before) con
     const auto present = read(uid);
     if (!present)
         return present.error().kind == Kind::NotFound && before.components.isEmpty();
-    return change(uid, CalendarParts(m_source.textFor(present.value())), before).isOk();
+    const CalendarParts half(m_source.textFor(present.value()));
+    return change(uid, half, tagged(before, half)).isOk();
 }
 
 Result<void, ServiceFault> StoredObjects::change(
@@ -184,6 +221,14 @@ Result<void, ServiceFault> StoredObjects::change(
     if (auto told = tellZones(after, deadline.cancellable()); !told)
         return told;
 
+    QByteArray tag = tagOf(before.components);
+    // Every call makes another version on the server.
+    const auto renewTag = [&] {
+        if (tag.isEmpty())
+            return;
+        if (const auto written = read(uid))
+            tag = tagOf(written.value());
+    };
     for (const ComponentText &each : before.components) {
         if (counterpart(after, each))
             continue;
@@ -191,13 +236,14 @@ Result<void, ServiceFault> StoredObjects::change(
         if (!e_cal_client_remove_object_sync(client, name.constData(), each.recurrenceId.constData(),
                 E_CAL_OBJ_MOD_ONLY_THIS, carefully, deadline.cancellable(), failure))
             return faultOf(failure, deadline);
+        renewTag();
     }
     bool isThere = !before.components.isEmpty();
     for (const ComponentText &each : inOrder(after.components)) {
         const ComponentText *const known = counterpart(before, each);
         if (known && known->text == each.text)
             continue;
-        const Owned<ICalComponent> component = CalendarParts::parsed(each.text);
+        const Owned<ICalComponent> component = CalendarParts::parsed(tagged(each, tag).text);
         if (!component)
             return ServiceFault { Kind::Refused, {} };
         const auto span = each.recurrenceId.isEmpty() ? E_CAL_OBJ_MOD_ALL : E_CAL_OBJ_MOD_THIS;
@@ -208,6 +254,7 @@ Result<void, ServiceFault> StoredObjects::change(
         if (!isDone)
             return faultOf(failure, deadline);
         isThere = true;
+        renewTag();
     }
     return {};
 }

@@ -65,6 +65,18 @@ public:
         }
     }
 
+    QStringList storedUids()
+    {
+        QStringList uids;
+        for (const QString &calendar : { u"Home"_s, u"Work"_s, u"Shared"_s }) {
+            for (const CalItemKind kind : { CalItemKind::Event, CalItemKind::Task }) {
+                for (const QString &line : m_neighbour.list(sourceOf(calendar, kind)))
+                    uids << line.section(u' ', 0, 0);
+            }
+        }
+        return uids;
+    }
+
     void add(const QString &calendar)
     {
         for (const CalItemKind kind : { CalItemKind::Event, CalItemKind::Task })
@@ -145,6 +157,9 @@ CalCalendarStore &ServiceFixture::store()
         if (!QTest::qWaitFor([&] { return m_store->isComplete() && told.size() == 3; }, patience))
             qFatal("The calendars of the service do not come");
         QObject::disconnect(connection);
+        // The service may still tell of what the case before has taken away.
+        const QStringList stored = Machine::instance().storedUids();
+        [[maybe_unused]] const bool isRight = QTest::qWaitFor([&] { return showsNothingBut(stored); });
     }
     return *m_store;
 }
@@ -153,6 +168,14 @@ void ServiceFixture::put(const QString &calendarUid, const QString & /*plainUid*
 {
     const CalItemKind kind = components.contains("BEGIN:VTODO") ? CalItemKind::Task : CalItemKind::Event;
     Machine::instance().neighbour().put(sourceOf(calendarUid, kind), components);
+}
+
+bool ServiceFixture::showsNothingBut(const QStringList &uids)
+{
+    const auto isThere = [&](const auto &record) { return uids.contains(record->origin().plainUid); };
+    return std::ranges::all_of(tasks(), isThere)
+        && std::ranges::all_of(
+            eventsBetween(contractDay.addYears(-1).startOfDay(), contractDay.addYears(1).startOfDay()), isThere);
 }
 
 void ServiceFixture::takeAway(const QString &calendarUid, const QString &plainUid)

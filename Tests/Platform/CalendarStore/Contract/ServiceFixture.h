@@ -24,6 +24,8 @@ public:
     bool keepsOddLines() const override { return false; }
 
 private:
+    bool showsNothingBut(const QStringList &uids);
+
     std::unique_ptr<CalCalendarStore> m_store;
     bool m_isStopped = false;
 };

@@ -157,6 +157,22 @@ private Q_SLOTS:
         QTRY_VERIFY(m_server.contents(u"work"_s).contains("SUMMARY:Ours"));
     }
 
+    // Several saves in a row are no conflict with each other.
+    void ownSavesFollowEachOther()
+    {
+        const CalEventPtr event = m_here->eventOn(day, u"Standup"_s);
+        for (const QString &title : { u"One"_s, u"Two"_s, u"Three"_s }) {
+            event->setTitle(title);
+            QVERIFY2(save(event, CalSpanThisEvent), qPrintable(m_error.message()));
+        }
+        const CalEventPtr other = m_here->eventOn(day.addDays(1), u"Standup"_s);
+        other->setStartDate(other->startDate().addSecs(3600));
+        other->setEndDate(other->endDate().addSecs(3600));
+        QVERIFY2(save(other, CalSpanAllEvents), qPrintable(m_error.message()));
+
+        QTRY_VERIFY(m_server.contents(u"work"_s).contains("SUMMARY:Three"));
+    }
+
 private:
     // Without this machine's service hearing of it.
     void changeThere(const QByteArray &components, const QByteArray &mark)
