@@ -465,6 +465,14 @@ void Reader::noteValue(const PropertyLine &property, int number)
         number, QStringLiteral("the value of %1 is not understood").arg(QString::fromLatin1(property.name().left(40))));
 }
 
+// An item within an alarm, say, is there because something lacks its end.
+bool isInPlace(const Component &component, const ContentLines &lines)
+{
+    const bool isItem = component.name == "VEVENT" || component.name == "VTODO";
+    return !isItem || component.parent < 0
+        || lines.components()[static_cast<std::size_t>(component.parent)].name == "VCALENDAR";
+}
+
 } // namespace
 
 Document readDocument(const QByteArray &text, ZoneRegistry &zones)
@@ -474,7 +482,8 @@ Document readDocument(const QByteArray &text, ZoneRegistry &zones)
     document.isConverted = converted.has_value();
     const ContentLines lines(converted ? *converted : text);
     document.isCut = lines.isCut();
-    document.isUnclosed = !std::ranges::all_of(lines.components(), &Component::isClosed);
+    document.isUnclosed = !std::ranges::all_of(lines.components(),
+        [&](const Component &component) { return component.isClosed && isInPlace(component, lines); });
     if (lines.components().empty())
         document.problems.append({ 0, QStringLiteral("there is no calendar data in it") });
     else if (document.isCut)

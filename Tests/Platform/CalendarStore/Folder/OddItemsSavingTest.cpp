@@ -125,6 +125,8 @@ void OddItemsSavingTest::nothingIsWrittenWhereAComponentIsNotClosed_data()
     QTest::newRow("one behind another") << eventText("b", "Other", "20260311T110000Z") + open;
     QTest::newRow("its alarm") << eventText(
         "a", "Open", "20260311T110000Z", "BEGIN:VALARM\r\nACTION:DISPLAY\r\nTRIGGER:-PT5M\r\n");
+    QTest::newRow("one within an alarm") << QByteArray(
+        "BEGIN:VALARM\r\n" + eventText("a", "Open", "20260311T110000Z") + "END:VALARM\r\n");
     QTest::newRow("a calendar in it") << eventText(
         "a", "Open", "20260311T110000Z", "BEGIN:VCALENDAR\r\n" + eventText("c", "Inner", "20260311T110000Z"));
 }
