@@ -9,6 +9,7 @@
 #include <VTMainWindow.h>
 
 #include <QPushButton>
+#include <QTemporaryDir>
 #include <QTest>
 
 using namespace Qt::StringLiterals;
@@ -70,6 +71,32 @@ private Q_SLOTS:
         QTRY_VERIFY_WITH_TIMEOUT(row(u"Choir"_s) && remarkOn(u"Choir"_s).isEmpty(), patienceInMilliseconds);
         QTRY_VERIFY(!drawer()->accountSettingsButton()->isVisible());
         neighbour.removeSource(u"choir"_s);
+    }
+
+    // The service looks at it when it opens the calendar.
+    void calendarThatBecomesReadOnlyIsFollowed()
+    {
+        CalendarServiceNeighbour &neighbour = m_window->neighbour();
+        const QTemporaryDir folder;
+        neighbour.addReadOnlyCalendar(
+            u"fixtures"_s, CalItemKind::Event, u"Fixtures"_s, folder.filePath(u"fixtures.ics"_s));
+        const auto isEditable = [this] {
+            const CalCalendarPtr calendar = m_window->store().calendarWithUID(u"fixtures"_s);
+            return calendar && calendar->isEditable();
+        };
+        QTRY_VERIFY(row(u"Fixtures"_s));
+        QVERIFY(!isEditable());
+        // Those that can be changed come first.
+        QCOMPARE(m_window->store().calendars().last()->isEditable(), false);
+
+        neighbour.setWritable(u"fixtures"_s, true);
+        QVERIFY(ServiceWindow::session().kill(CalendarServiceSession::Part::Factory));
+        QTRY_VERIFY_WITH_TIMEOUT(isEditable(), patienceInMilliseconds);
+        neighbour.setWritable(u"fixtures"_s, false);
+        QVERIFY(ServiceWindow::session().kill(CalendarServiceSession::Part::Factory));
+        QTRY_VERIFY_WITH_TIMEOUT(!isEditable(), patienceInMilliseconds);
+        neighbour.removeSource(u"fixtures"_s);
+        QTRY_VERIFY(!row(u"Fixtures"_s));
     }
 
     void renamedRecolouredAndRemovedCalendarsAreFollowed()
