@@ -34,7 +34,8 @@ def bus_without_services(folder):
     configuration = folder / "bus.conf"
     configuration.write_text(
         f"<busconfig><type>session</type><listen>unix:path={folder}/bus</listen><auth>EXTERNAL</auth>"
-        '<policy context="default"><allow send_destination="*"/><allow own="*"/></policy></busconfig>')
+        '<policy context="default"><allow send_destination="*"/><allow receive_sender="*"/><allow own="*"/></policy>'
+        "</busconfig>")
     daemon = subprocess.Popen(["dbus-daemon", "--nofork", "--print-address", f"--config-file={configuration}"],
                               stdout=subprocess.PIPE, text=True)
     try:
