@@ -200,6 +200,25 @@ private Q_SLOTS:
         SHOWS_IN_THE_END(*m_desk, m_wednesday, m_standup);
         SHOWS_IN_THE_END(*m_desk, m_thursday, m_standup);
     }
+
+    // The laptop has not heard of the desk's change when it saves its own.
+    void conflictIsToldAndTheOtherVersionStays()
+    {
+        m_desk->demand({ { u"add"_s, m_desk->uidOfWork(), m_wednesday, u"Meeting"_s } });
+        SHOWS_IN_THE_END(*m_laptop, m_wednesday, u"09:00-10:00 Meeting"_s);
+        m_desk->demand({ { u"hold"_s, m_wednesday, u"Meeting"_s }, { u"set"_s, u"title"_s, u"From the desk"_s } });
+        m_laptop->demand({ { u"hold"_s, m_wednesday, u"Meeting"_s }, { u"set"_s, u"title"_s, u"From the laptop"_s } });
+
+        m_desk->demand({ { u"save"_s, u"all"_s } });
+        QTRY_VERIFY(m_server->contents(u"work"_s).contains("From the desk"));
+        const AnsweringProgram::Answer answer = m_laptop->request({ u"save"_s, u"all"_s });
+
+        QVERIFY(!answer.isOk);
+        QVERIFY2(answer.text.contains("Meeting"), answer.text.constData());
+        SHOWS_IN_THE_END(*m_laptop, m_wednesday, u"09:00-10:00 From the desk"_s);
+        SHOWS_IN_THE_END(*m_desk, m_wednesday, u"09:00-10:00 From the desk"_s);
+        QVERIFY(!m_server->contents(u"work"_s).contains("From the laptop"));
+    }
 };
 
 VANTLE_TEST(TwoMachinesTest)
