@@ -134,6 +134,8 @@ SourceClient::SourceClient(
     connect(&m_grace, &QTimer::timeout, this, &SourceClient::readState);
     m_nextFetch.setSingleShot(true);
     connect(&m_nextFetch, &QTimer::timeout, this, &SourceClient::fetchSuspects);
+    m_endOfOldNews.setSingleShot(true);
+    connect(&m_endOfOldNews, &QTimer::timeout, this, [this] { dropView(m_contents); });
     g_signal_connect_swapped(m_source.get(), "notify::connection-status",
         G_CALLBACK(+[](SourceClient *client) { client->readState(); }), this);
 }
@@ -232,6 +234,7 @@ void SourceClient::close()
     m_patience.stop();
     m_again.stop();
     m_nextFetch.stop();
+    m_endOfOldNews.stop();
     m_isOpen = false;
     m_isUnanswering = false;
     m_fetching = 0;
@@ -271,6 +274,10 @@ void SourceClient::takeContents(const GSList *components)
     for (const GSList *node = components; node; node = node->next) {
         auto *const component = static_cast<ICalComponent *>(node->data);
         const QString uid = uidOf(component);
+        if (m_isOpen) {
+            suspect(uid);
+            continue;
+        }
         const ComponentText text = componentText(component);
         // Each comes once. Another time it is told as it was a moment ago.
         const bool isOld = m_seen.contains(uid)
@@ -296,8 +303,7 @@ void SourceClient::changed(const GSList *components)
         // What is still on its way may be older than this.
         if (!m_isOpen)
             m_seen.insert(uid);
-        if (!m_isOpen || isOfSeries(component) || wasOfSeries || m_ownWrites.contains(uid)
-            || m_sinceOpen.elapsed() < oldNews.count())
+        if (!m_isOpen || m_endOfOldNews.isActive() || isOfSeries(component) || wasOfSeries || m_ownWrites.contains(uid))
             suspect(uid);
         else
             take(uid, { componentText(component) }, Author::Others);
@@ -315,11 +321,13 @@ void SourceClient::removed(const GSList *ids)
 
 void SourceClient::contentsAreComplete()
 {
-    dropView(m_contents);
+    if (m_isOpen)
+        return;
+    // What it brought may have been on its way out. A view tells the end only of what it has told of itself.
+    m_endOfOldNews.start(oldNews);
     m_patience.stop();
     m_failures = 0;
     m_isOpen = true;
-    m_sinceOpen.start();
     for (auto series = m_series.cbegin(); series != m_series.cend(); ++series) {
         if (m_ownWrites.contains(series.key()))
             suspect(series.key());

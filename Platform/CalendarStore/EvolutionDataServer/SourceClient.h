@@ -9,7 +9,6 @@
 #include <ItemIndex.h>
 #include <ZoneRegistry.h>
 
-#include <QElapsedTimer>
 #include <QHash>
 #include <QObject>
 #include <QSet>
@@ -127,7 +126,7 @@ private:
 
     Owned<GCancellable> m_cancellable; // of whatever is under way
     Owned<ECalClient> m_client;
-    Owned<ECalClientView> m_contents; // until all items have come
+    Owned<ECalClientView> m_contents; // until all items have come, and what became of them meanwhile
     Owned<ECalClientView> m_changes;
     QString m_busName;
     quint64 m_attempt = 0; // answers of earlier ones are dropped
@@ -136,7 +135,7 @@ private:
     QTimer m_again;
     QTimer m_grace; // until a source that is not connected counts as offline
     bool m_isOpen = false; // all items have come since it was opened
-    QElapsedTimer m_sinceOpen;
+    QTimer m_endOfOldNews;
     bool m_isComplete = false;
     bool m_isUnanswering = false;
     bool m_isReadOnly = true;
