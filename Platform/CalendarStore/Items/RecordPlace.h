@@ -22,7 +22,7 @@ std::optional<int> groupIn(const ItemSet &set, const CalCalendarItem &record);
 std::optional<CalItemOrigin> originIn(const ItemIndex &index, const ItemSet &set, const CalCalendarItem &record);
 
 // The text that `set` was read from, in which every component of the group has the UID by which it is known.
-QByteArray textWithUids(const ItemSet &set, int group, const QByteArray &text);
+QByteArray textWithUids(const ItemSet &set, int index, const QByteArray &text);
 
 // The record's item by itself, to go into another back end: of the text that `set` was read from, in which every
 // component of it then has the UID by which it is known. Nothing when the set does not hold it.
