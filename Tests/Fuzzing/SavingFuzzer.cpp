@@ -222,8 +222,13 @@ void saveSingleEvent(const Items::StoredText &stored, const CalEvent &event, ICa
         return each->origin().plainUid == event.origin().plainUid && each->startDate() == event.startDate()
             && (each->endDate() == end || event.isAllDay());
     };
-    const auto canBeWritten = [](const QDateTime &time) { return time.toUTC().date().year() < 9999; };
-    if (hasOtherTimes && event.isAllDay() == event.asRead()->isAllDay() && canBeWritten(end))
+    // Dates have years of four digits (RFC 5545, 3.3.4), in whatever zone they are written.
+    const auto canBeWritten = [](const QDateTime &time) {
+        const int year = time.toUTC().date().year();
+        return year > 1 && year < 9999;
+    };
+    if (hasOtherTimes && event.isAllDay() == event.asRead()->isAllDay() && canBeWritten(event.startDate())
+        && canBeWritten(end))
         require(std::ranges::any_of(after.events(event.startDate(), end), isThere), "the times are what was set");
 }
 
