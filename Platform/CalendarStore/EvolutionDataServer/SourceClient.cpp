@@ -236,6 +236,7 @@ void SourceClient::close()
     m_nextFetch.stop();
     m_endOfOldNews.stop();
     m_isOpen = false;
+    m_awaitsItems = false;
     m_isUnanswering = false;
     m_fetching = 0;
     m_busName.clear();
@@ -341,11 +342,20 @@ void SourceClient::contentsAreComplete()
             drop(uid, Author::Others);
     }
     m_seen = {};
+    // What came twice is asked for anew, and belongs to what there is.
+    m_awaitsItems = true;
+    if (m_suspects.isEmpty())
+        itemsAreComplete();
+    else
+        m_nextFetch.start(0);
+}
+
+void SourceClient::itemsAreComplete()
+{
+    m_awaitsItems = false;
     m_isComplete = true;
     readState();
     tellState();
-    if (!m_suspects.isEmpty())
-        m_nextFetch.start(0);
 }
 
 QByteArray SourceClient::textFor(const QList<ComponentText> &components) const
@@ -460,6 +470,9 @@ void SourceClient::takeFetched(const Fetch &fetch, GAsyncResult *answer)
         m_suspects.insert(fetch.uid);
         pause = pauseAfterFailedFetch;
     }
+    const bool isTried = m_suspects.isEmpty() || pause > std::chrono::milliseconds::zero();
+    if (m_awaitsItems && m_fetching == 0 && isTried)
+        itemsAreComplete();
     if (!m_suspects.isEmpty() && !m_nextFetch.isActive())
         m_nextFetch.start(pause);
 }

@@ -104,6 +104,7 @@ private:
     // What the views tell.
     void takeContents(const GSList *components);
     void contentsAreComplete();
+    void itemsAreComplete();
     void changed(const GSList *components);
     void removed(const GSList *ids);
 
@@ -136,6 +137,7 @@ private:
     QTimer m_grace; // until a source that is not connected counts as offline
     bool m_isOpen = false; // all items have come since it was opened
     QTimer m_endOfOldNews;
+    bool m_awaitsItems = false; // the rest of them, before they are told as complete
     bool m_isComplete = false;
     bool m_isUnanswering = false;
     bool m_isReadOnly = true;
