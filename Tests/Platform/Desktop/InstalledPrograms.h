@@ -27,14 +27,16 @@ public:
     InstalledPrograms(const InstalledPrograms &) = delete;
     InstalledPrograms &operator=(const InstalledPrograms &) = delete;
 
-    // The entry opens those types. A call with `lastingArgument` among its arguments goes on until letGo().
+    // The entry opens those types. A call with `lastingArgument` among its arguments goes on until letGo(), or until
+    // the programs are gone: their folder can go before a script has looked again.
     void install(const QString &id, const QString &program, const QStringList &types,
         const QString &lastingArgument = QStringLiteral("-"))
     {
         write(QStringLiteral("bin/") + program,
-            QStringLiteral("#!/bin/sh\n"
-                           "printf '%s' '%1' >> '%2'; for each; do printf ' %s' \"$each\" >> '%2'; done; echo >> '%2'\n"
-                           "case \" $* \" in *' %3 '*) while [ ! -e '%4' ]; do sleep 0.02; done;; esac\n")
+            QStringLiteral(
+                "#!/bin/sh\n"
+                "printf '%s' '%1' >> '%2'; for each; do printf ' %s' \"$each\" >> '%2'; done; echo >> '%2'\n"
+                "case \" $* \" in *' %3 '*) while [ -e '%2' ] && [ ! -e '%4' ]; do sleep 0.02; done;; esac\n")
                 .arg(program, callsPath(), lastingArgument, letGoPath()));
         QFile::setPermissions(m_folder.filePath(QStringLiteral("bin/") + program),
             QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
