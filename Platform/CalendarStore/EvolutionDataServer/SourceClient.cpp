@@ -326,8 +326,6 @@ void SourceClient::contentsAreComplete()
         return;
     // What it brought may have been on its way out. A view tells the end only of what it has told of itself.
     m_endOfOldNews.start(oldNews);
-    m_patience.stop();
-    m_failures = 0;
     m_isOpen = true;
     for (auto series = m_series.cbegin(); series != m_series.cend(); ++series) {
         if (m_ownWrites.contains(series.key()))
@@ -352,6 +350,8 @@ void SourceClient::contentsAreComplete()
 
 void SourceClient::itemsAreComplete()
 {
+    m_patience.stop();
+    m_failures = 0;
     m_awaitsItems = false;
     m_isComplete = true;
     readState();
