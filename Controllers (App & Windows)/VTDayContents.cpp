@@ -76,12 +76,32 @@ VTWeekBounds VTWeekBoundsOfDay(const QDateTime &date, int weekStartDay)
     return { QDateTime::fromSecsSinceEpoch(start), QDateTime::fromSecsSinceEpoch(start + secondsToWeekEnd) };
 }
 
+QStringList VTIdentifiersOfCalendar(const CalCalendarStore &store, const QString &calendarUid)
+{
+    QStringList identifiers { calendarUid };
+    for (const CalItemKind kind : { CalItemKind::Event, CalItemKind::Task }) {
+        const QString source = store.desktopSourceUid(calendarUid, kind);
+        if (!source.isEmpty() && !identifiers.contains(source) && !store.calendarWithUID(source))
+            identifiers.append(source);
+    }
+    return identifiers;
+}
+
+bool VTIsUnselected(
+    const CalCalendarStore &store, const QString &calendarUid, const QStringList &unselectedCalendarsUID)
+{
+    if (unselectedCalendarsUID.isEmpty())
+        return false;
+    return std::ranges::any_of(VTIdentifiersOfCalendar(store, calendarUid),
+        [&](const QString &identifier) { return unselectedCalendarsUID.contains(identifier); });
+}
+
 CalCalendarList VTSelectedCalendars(
     const CalCalendarStore &store, const std::optional<QStringList> &unselectedCalendarsUID)
 {
     QStringList selected = calendarsUID(store);
     if (unselectedCalendarsUID)
-        selected.removeIf([&](const QString &uid) { return unselectedCalendarsUID->contains(uid); });
+        selected.removeIf([&](const QString &uid) { return VTIsUnselected(store, uid, *unselectedCalendarsUID); });
     return calendarsForUIDs(store, selected);
 }
 

@@ -35,6 +35,12 @@ struct VTWeekBounds {
 };
 VTWeekBounds VTWeekBoundsOfDay(const QDateTime &date, int weekStartDay);
 
+// The identifiers that unselect a calendar: its own one first, then those of its sources where a service keeps events
+// and to-dos apart. An identifier that is another calendar's own means that calendar alone.
+QStringList VTIdentifiersOfCalendar(const CalCalendarStore &store, const QString &calendarUid);
+bool VTIsUnselected(
+    const CalCalendarStore &store, const QString &calendarUid, const QStringList &unselectedCalendarsUID);
+
 // All calendars of the store but the unselected ones, in the store's order.
 CalCalendarList VTSelectedCalendars(
     const CalCalendarStore &store, const std::optional<QStringList> &unselectedCalendarsUID);

@@ -115,7 +115,7 @@ int VTMainWindowController::numberOfRowsInTableView(KLVCheckBoxTable * /*view*/)
 bool VTMainWindowController::tableView_objectValueForRow(KLVCheckBoxTable * /*view*/, int row)
 {
     const QString uid = m_services.store.calendars().at(row)->uid();
-    return !m_unselectedCalendarsUID.value_or(QStringList()).contains(uid);
+    return !VTIsUnselected(m_services.store, uid, m_unselectedCalendarsUID.value_or(QStringList()));
 }
 
 void VTMainWindowController::tableView_setObjectValue_forRow(KLVCheckBoxTable * /*view*/, bool /*value*/, int row)
@@ -123,7 +123,8 @@ void VTMainWindowController::tableView_setObjectValue_forRow(KLVCheckBoxTable * 
     disarmFirstSelection();
     const QString uid = m_services.store.calendars().at(row)->uid();
     QStringList unselected = m_unselectedCalendarsUID.value_or(QStringList());
-    if (unselected.removeAll(uid) == 0)
+    const QStringList identifiers = VTIdentifiersOfCalendar(m_services.store, uid);
+    if (unselected.removeIf([&](const QString &each) { return identifiers.contains(each); }) == 0)
         unselected.append(uid);
     setUnselectedCalendarsUID(unselected);
 }

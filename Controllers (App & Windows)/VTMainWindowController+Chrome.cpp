@@ -71,7 +71,7 @@ void VTMainWindowController::updateNotice()
     const QStringList unselected = m_unselectedCalendarsUID.value_or(QStringList());
     QStringList titles;
     for (const CalCalendarPtr &calendar : m_services.store.silentCalendars()) {
-        if (!unselected.contains(calendar->uid()))
+        if (!VTIsUnselected(m_services.store, calendar->uid(), unselected))
             titles.append(calendar->title());
     }
     m_window->notice()->say(

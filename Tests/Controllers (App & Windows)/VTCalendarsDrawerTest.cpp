@@ -72,6 +72,7 @@ private Q_SLOTS:
     void rowFollowsTheCalendarsOfTheStore();
     void clickHidesTheCalendarsItemsAndShowsThemAgain();
     void togglingTwiceMovesTheIdentifierToTheEnd();
+    void calendarHiddenByItsToDoSourceIsShownAgain();
     void settingARowIgnoresTheValue();
     void identifierOfAnUnknownCalendarStays();
     void allAndNone();
@@ -241,6 +242,30 @@ void VTCalendarsDrawerTest::togglingTwiceMovesTheIdentifierToTheEnd()
     fixture.click(fixture.row(2));
 
     QCOMPARE(fixture.hidden(), (QStringList { u"Home"_s, u"Work"_s, u"Club"_s }));
+}
+
+void VTCalendarsDrawerTest::calendarHiddenByItsToDoSourceIsShownAgain()
+{
+    const OpenDrawer fixture;
+    fixture.backend().setDesktopSource(u"Work"_s, CalItemKind::Event, u"Work"_s);
+    fixture.backend().setDesktopSource(u"Work"_s, CalItemKind::Task, u"to-dos of work"_s);
+    fixture.controller->setUnselectedCalendarsUID(QStringList { u"to-dos of work"_s, u"gone"_s, u"Work"_s });
+    QVERIFY(!fixture.row(1)->isChecked());
+    QCOMPARE(fixture.shownEvents(), (QStringList { u"at home"_s, u"at the club"_s }));
+
+    fixture.controller->setUnselectedCalendarsUID(QStringList { u"to-dos of work"_s, u"gone"_s });
+    QVERIFY(!fixture.row(1)->isChecked());
+    QCOMPARE(fixture.shownEvents(), (QStringList { u"at home"_s, u"at the club"_s }));
+
+    // Neither identifier is left behind, where it would hide the calendar without anybody knowing why.
+    fixture.controller->setUnselectedCalendarsUID(QStringList { u"to-dos of work"_s, u"gone"_s, u"Work"_s });
+    fixture.click(fixture.row(1));
+    QCOMPARE(fixture.hidden(), QStringList { u"gone"_s });
+    QVERIFY(fixture.row(1)->isChecked());
+    QCOMPARE(fixture.shownEvents().size(), 3);
+
+    fixture.click(fixture.row(1));
+    QCOMPARE(fixture.hidden(), (QStringList { u"gone"_s, u"Work"_s }));
 }
 
 void VTCalendarsDrawerTest::settingARowIgnoresTheValue()

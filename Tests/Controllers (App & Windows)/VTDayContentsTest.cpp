@@ -54,6 +54,8 @@ class VTDayContentsTest final : public QObject
 private Q_SLOTS:
     void withoutAListOfUnselectedCalendarsAllAreUsed();
     void unselectedCalendarsAreLeftOut();
+    void aCalendarIsUnselectedByEitherOfItsSources();
+    void aSourceNamedAsAnotherCalendarUnselectsThatOneAlone();
     void withAllCalendarsUnselectedBothListsAreEmpty();
     void unknownUnselectedCalendarsAreIgnored();
     void eventsAreThoseOfTheDayInTheStoresOrder();
@@ -90,6 +92,36 @@ void VTDayContentsTest::unselectedCalendarsAreLeftOut()
     question.unselectedCalendarsUID = QStringList { u"Home"_s };
 
     QCOMPARE(titles(VTTasksOfDay(memory.store(), question)), QStringList { u"At work"_s });
+}
+
+void VTDayContentsTest::aCalendarIsUnselectedByEitherOfItsSources()
+{
+    const MemoryStore memory;
+    memory.backend->setDesktopSource(u"Home"_s, CalItemKind::Event, u"Home"_s);
+    memory.backend->setDesktopSource(u"Home"_s, CalItemKind::Task, u"to-dos at home"_s);
+    memory.backend->addTask(u"Home"_s, makeTask(u"1"_s, u"At home"_s));
+    memory.backend->addTask(u"Work"_s, makeTask(u"2"_s, u"At work"_s));
+    memory.backend->addEvent(
+        u"Home"_s, makeEvent(u"3"_s, u"Dinner"_s, local("2026-03-11T19:00:00"), local("2026-03-11T20:00:00")));
+    VTDayQuestion question = wednesday();
+    QCOMPARE(titles(VTEventsOfDay(memory.store(), question)), QStringList { u"Dinner"_s });
+
+    question.unselectedCalendarsUID = QStringList { u"to-dos at home"_s };
+
+    QCOMPARE(titles(VTTasksOfDay(memory.store(), question)), QStringList { u"At work"_s });
+    QVERIFY(VTEventsOfDay(memory.store(), question).isEmpty());
+}
+
+void VTDayContentsTest::aSourceNamedAsAnotherCalendarUnselectsThatOneAlone()
+{
+    const MemoryStore memory;
+    memory.backend->setDesktopSource(u"Home"_s, CalItemKind::Event, u"Home"_s);
+    memory.backend->setDesktopSource(u"Home"_s, CalItemKind::Task, u"Work"_s);
+
+    const CalCalendarList selected = VTSelectedCalendars(memory.store(), QStringList { u"Work"_s });
+
+    QCOMPARE(selected.size(), 1);
+    QCOMPARE(selected.first()->uid(), u"Home"_s);
 }
 
 void VTDayContentsTest::withAllCalendarsUnselectedBothListsAreEmpty()

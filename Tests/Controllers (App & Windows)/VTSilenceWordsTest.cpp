@@ -133,6 +133,9 @@ void VTSilenceWordsTest::hiddenCalendarsAreNotNamed()
     QCOMPARE(notice->text(), u"Home may be out of date: the service does not answer."_s);
     controller.setUnselectedCalendarsUID(QStringList { u"Work"_s, u"Home"_s });
     QVERIFY(!notice->isVisible());
+    fixture.backend().setDesktopSource(u"Work"_s, CalItemKind::Task, u"to-dos of work"_s);
+    controller.setUnselectedCalendarsUID(QStringList { u"to-dos of work"_s, u"Home"_s });
+    QVERIFY(!notice->isVisible());
     controller.setUnselectedCalendarsUID(std::nullopt);
     QVERIFY(notice->isVisible());
 }
