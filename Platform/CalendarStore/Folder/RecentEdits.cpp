@@ -57,15 +57,22 @@ QList<StoreError> RecentEdits::overwrittenBy(const QString &path, const QByteArr
         return {};
     const Text present = textOf(path, text);
     QList<StoreError> overwritten;
-    const auto isLost = [&](const Edit &edit) {
-        return std::ranges::any_of(edit.changes.keys(),
-            [&](const ItemName &name) { return isLostIn(present, name, edit.changes.value(name)); });
-    };
-    for (const Edit &edit : std::as_const(*known)) {
-        if (isLost(edit))
-            overwritten << edit.error;
+    // The last first: an edit whose lines later ones have replaced goes with them.
+    QSet<ItemName> lostItems;
+    for (auto edit = known->end(); edit != known->begin();) {
+        --edit;
+        bool isLost = false;
+        for (auto change = edit->changes.cbegin(); change != edit->changes.cend(); ++change) {
+            if (isLostIn(present, change.key(), *change, lostItems.contains(change.key()))) {
+                lostItems.insert(change.key());
+                isLost = true;
+            }
+        }
+        if (!isLost)
+            continue;
+        overwritten.prepend(edit->error);
+        edit = known->erase(edit);
     }
-    known->removeIf(isLost);
     return overwritten;
 }
 
@@ -104,7 +111,7 @@ RecentEdits::Edit RecentEdits::editBetween(const Text &before, const Text &after
     return edit;
 }
 
-bool RecentEdits::isLostIn(const Text &text, const ItemName &name, const Change &change)
+bool RecentEdits::isLostIn(const Text &text, const ItemName &name, const Change &change, bool isLaterLost)
 {
     if (change.added.isEmpty() && change.removed.isEmpty())
         return false;
@@ -117,7 +124,7 @@ bool RecentEdits::isLostIn(const Text &text, const ItemName &name, const Change 
     }
     const bool hasOld = !change.removed.isEmpty() && item->lines.contains(change.removed);
     if (change.added.isEmpty())
-        return hasOld;
+        return hasOld || (isLaterLost && item->sequence < change.sequence);
     return !item->lines.intersects(change.added) && (hasOld || item->sequence < change.sequence);
 }
 

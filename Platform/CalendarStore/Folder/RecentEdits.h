@@ -67,7 +67,8 @@ private:
 
     Text textOf(const QString &path, const QByteArray &text) const;
     static Edit editBetween(const Text &before, const Text &after);
-    static bool isLostIn(const Text &text, const ItemName &name, const Change &change);
+    // `isLaterLost`: so is a later edit of the same item.
+    static bool isLostIn(const Text &text, const ItemName &name, const Change &change, bool isLaterLost);
     void forgetOld(const QDateTime &now);
 
     ICalendar::ZoneRegistry &m_zones;

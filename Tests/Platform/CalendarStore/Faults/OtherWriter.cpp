@@ -4,10 +4,11 @@
 // item and its state (inode and time of change), makes the new text, looks whether the
 // item still has that state, writes a temporary file, flushes it, and renames it over.
 //
-//   other_writer early|late COUNT FILE...
+//   other_writer early|slow|late COUNT FILE...
 //
 // "early" looks before it writes the temporary file, which is vdirsyncer's own order;
-// "late" looks right before it renames, which is as late as a program can.
+// "slow" does so too, on a disk that takes up to 0.2 s to flush; "late" looks right
+// before it renames, which is as late as a program can.
 //
 // Adds a mark "fN" to the line X-OTHER of one file after the other, COUNT marks in all.
 // For each says "done N FILE FROM TO BASE": when the look was begun and when the renaming had
@@ -95,8 +96,8 @@ bool writeAnew(const std::string &path, const std::string &text)
 
 enum class Look { Early, Late };
 
-// Whether the mark is in.
-bool addMark(const std::string &path, int number, Look look)
+// Whether the mark is in. `flushing`: the time in microseconds that the disk takes for it beside its own.
+bool addMark(const std::string &path, int number, Look look, useconds_t flushing)
 {
     const State read = stateOf(path);
     const std::string text = contentOf(path);
@@ -105,7 +106,7 @@ bool addMark(const std::string &path, int number, Look look)
         return false;
     const std::string marked = withMark(text, number);
 
-    const auto isWritten = [&] { return writeAnew(temporary, marked); };
+    const auto isWritten = [&] { return writeAnew(temporary, marked) && ::usleep(flushing) == 0; };
     if (look == Look::Late && !isWritten())
         return false;
     const long long from = nanoseconds();
@@ -128,12 +129,13 @@ int main(int argc, char **argv)
     if (argc < 4)
         return 2;
     const Look look = std::string(argv[1]) == "late" ? Look::Late : Look::Early;
+    const bool isSlow = std::string(argv[1]) == "slow";
     const int count = std::atoi(argv[2]);
     const std::vector<std::string> paths(argv + 3, argv + argc);
     std::mt19937 random(11);
     for (int number = 1; number <= count; ++number) {
         const std::string &path = paths.at(static_cast<size_t>(number) % paths.size());
-        while (!addMark(path, number, look))
+        while (!addMark(path, number, look, isSlow ? static_cast<useconds_t>(random() % 200'000) : 0))
             ::usleep(static_cast<useconds_t>(random() % 1'000));
         // Neither of the two shall be at it all the time.
         ::usleep(static_cast<useconds_t>(random() % 4'000));

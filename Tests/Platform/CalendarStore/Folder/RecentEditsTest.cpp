@@ -49,6 +49,8 @@ private Q_SLOTS:
     void whatWasMadeWithoutAnEditOverwritesIt();
     void eachOfSeveralEditsIsLookedFor_data();
     void eachOfSeveralEditsIsLookedFor();
+    void editsOfOneLineAreLostTogether_data();
+    void editsOfOneLineAreLostTogether();
     void anEditIsToldOnceAndForAMinute();
     void anItemThatWasRemovedIsNoOverwrittenEdit();
     void anExceptionThatWasNotKnownIsOverwritten();
@@ -123,6 +125,39 @@ void RecentEditsTest::eachOfSeveralEditsIsLookedFor()
     edits.add(path, text("Old", "Notes", 1), text("New", "Notes", 2), errorNamed(u"title"_s), now);
     edits.add(path, text("New", "Notes", 2), text("New", "Ours", 3), errorNamed(u"notes"_s), now);
     edits.add(path, text("New", "Ours", 3), text("New", "Ours too", 4), errorNamed(u"notes again"_s), now);
+
+    QStringList told;
+    for (const StoreError &error : edits.overwrittenBy(path, theirs, now))
+        told << error.item;
+
+    QCOMPARE(told, overwritten);
+}
+
+void RecentEditsTest::editsOfOneLineAreLostTogether_data()
+{
+    QTest::addColumn<QByteArray>("theirs");
+    QTest::addColumn<QStringList>("overwritten");
+
+    QTest::newRow("made before all of them")
+        << text("Old", "0", 1) << QStringList { u"first"_s, u"second"_s, u"third"_s, u"fourth"_s };
+    QTest::newRow("made after the first")
+        << text("Old", "01", 2) << QStringList { u"second"_s, u"third"_s, u"fourth"_s };
+    QTest::newRow("made after the second") << text("Old", "012", 3) << QStringList { u"third"_s, u"fourth"_s };
+    QTest::newRow("made after the third") << text("Old", "0123", 4) << QStringList { u"fourth"_s };
+    QTest::newRow("made after all of them") << text("Old", "01234", 5, "X-OTHER:a\r\n") << QStringList();
+    QTest::newRow("made after all of them, counted anew") << text("Old", "01234", 0) << QStringList();
+}
+
+void RecentEditsTest::editsOfOneLineAreLostTogether()
+{
+    QFETCH(const QByteArray, theirs);
+    QFETCH(const QStringList, overwritten);
+    ICalendar::ZoneRegistry zones;
+    RecentEdits edits(zones);
+    edits.add(path, text("Old", "0", 1), text("Old", "01", 2), errorNamed(u"first"_s), now);
+    edits.add(path, text("Old", "01", 2), text("Old", "012", 3), errorNamed(u"second"_s), now);
+    edits.add(path, text("Old", "012", 3), text("Old", "0123", 4), errorNamed(u"third"_s), now);
+    edits.add(path, text("Old", "0123", 4), text("Old", "01234", 5), errorNamed(u"fourth"_s), now);
 
     QStringList told;
     for (const StoreError &error : edits.overwrittenBy(path, theirs, now))
