@@ -20,6 +20,8 @@ constexpr std::chrono::milliseconds shortestPause { 100 };
 constexpr std::chrono::milliseconds longestPause { 4000 };
 // An account that was just opened connects in a second or two.
 constexpr std::chrono::seconds graceOfConnecting { 5 };
+// Of every client that was just opened it is said that it cannot be changed, until the library has caught up.
+constexpr std::chrono::milliseconds timeToSettle { 2000 };
 constexpr int mostFetchesAtOnce = 16;
 constexpr std::chrono::milliseconds pauseAfterFailedFetch { 500 };
 // The library waits for nobody when it is told so.
@@ -162,6 +164,8 @@ void SourceClient::open()
         [](GObject * /*nothing*/, GAsyncResult *answer, gpointer /*data*/) {
             const auto *const opened = static_cast<Opening *>(g_task_get_task_data(G_TASK(answer)));
             if (opened->asker && opened->asker->m_attempt == opened->attempt)
+    m_settling.setSingleShot(true);
+    connect(&m_settling, &QTimer::timeout, this, &SourceClient::readState);
                 opened->asker->takeClient(answer);
         },
         nullptr));
@@ -209,6 +213,7 @@ void SourceClient::listen()
 
 // The calls to start them wait for their answers, so they are made on a thread of the library, too.
 void SourceClient::startViews()
+    m_settling.start(timeToSettle);
 {
     m_seen.clear();
     m_series.clear();
@@ -263,6 +268,7 @@ void SourceClient::openLater()
     tellState();
 }
 
+    m_settling.stop();
 void SourceClient::dropView(Owned<ECalClientView> &view)
 {
     if (view)
@@ -553,7 +559,9 @@ void SourceClient::readState()
 {
     using Availability = CalCalendar::Availability;
 
-    const bool isReadOnly = m_client ? e_client_is_readonly(E_CLIENT(m_client.get())) : m_isReadOnly;
+    const bool isSaidReadOnly = m_client && e_client_is_readonly(E_CLIENT(m_client.get()));
+    const bool isBelieved = m_client && (!isSaidReadOnly || !m_settling.isActive());
+    const bool isReadOnly = isBelieved ? isSaidReadOnly : m_isReadOnly;
     Availability availability = Availability::Available;
     if (m_description.isRemote) {
         switch (e_source_get_connection_status(m_source.get())) {

@@ -136,6 +136,7 @@ private:
     QTimer m_again;
     QTimer m_grace; // until a source that is not connected counts as offline
     bool m_isOpen = false; // all items have come since it was opened
+    QTimer m_settling; // while it counts as what it was before, if it could be changed
     QTimer m_endOfOldNews;
     bool m_awaitsItems = false; // the rest of them, before they are told as complete
     bool m_isComplete = false;
