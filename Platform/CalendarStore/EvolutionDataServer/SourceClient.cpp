@@ -108,6 +108,34 @@ QString uidOf(ICalComponent *component)
     return QString::fromUtf8(i_cal_component_get_uid(component));
 }
 
+// What one thread of the library needs to look a zone up, and brings back.
+struct ZoneQuestion {
+    QPointer<SourceClient> asker;
+    quint64 attempt = 0;
+    QByteArray name;
+    Owned<ECalClient> client;
+    QByteArray text; // empty for a zone that the system knows
+};
+
+void deleteZoneQuestion(gpointer question)
+{
+    delete static_cast<ZoneQuestion *>(question);
+}
+
+void askForZoneOnThread(GTask *task, gpointer /*source*/, gpointer data, GCancellable *cancellable)
+{
+    auto *const question = static_cast<ZoneQuestion *>(data);
+    ICalTimezone *zone = nullptr; // stays the client's
+    Failure failure;
+    e_cal_client_get_timezone_sync(question->client.get(), question->name.constData(), &zone, cancellable, failure);
+    // For zones of the system the service answers with one of another name.
+    if (zone && question->name == i_cal_timezone_get_tzid(zone) && !question->name.startsWith(prefixOfBuiltInZones)) {
+        if (const Owned<ICalComponent> definition { i_cal_timezone_get_component(zone) })
+            question->text = textOf(definition.get());
+    }
+    g_task_return_boolean(task, TRUE);
+}
+
 } // namespace
 
 // One question for the components of a uid.
@@ -136,6 +164,8 @@ SourceClient::SourceClient(
     connect(&m_grace, &QTimer::timeout, this, &SourceClient::readState);
     m_nextFetch.setSingleShot(true);
     connect(&m_nextFetch, &QTimer::timeout, this, &SourceClient::fetchSuspects);
+    m_settling.setSingleShot(true);
+    connect(&m_settling, &QTimer::timeout, this, &SourceClient::readState);
     m_endOfOldNews.setSingleShot(true);
     connect(&m_endOfOldNews, &QTimer::timeout, this, [this] { dropView(m_contents); });
     g_signal_connect_swapped(m_source.get(), "notify::connection-status",
@@ -164,8 +194,6 @@ void SourceClient::open()
         [](GObject * /*nothing*/, GAsyncResult *answer, gpointer /*data*/) {
             const auto *const opened = static_cast<Opening *>(g_task_get_task_data(G_TASK(answer)));
             if (opened->asker && opened->asker->m_attempt == opened->attempt)
-    m_settling.setSingleShot(true);
-    connect(&m_settling, &QTimer::timeout, this, &SourceClient::readState);
                 opened->asker->takeClient(answer);
         },
         nullptr));
@@ -185,6 +213,7 @@ void SourceClient::takeClient(GAsyncResult *answer)
     m_contents = std::move(opening->contents);
     m_changes = std::move(opening->changes);
     m_busName = QString::fromUtf8(takenText(e_client_dup_bus_name(E_CLIENT(m_client.get()))));
+    m_settling.start(timeToSettle);
     listen();
     startViews();
 }
@@ -213,7 +242,6 @@ void SourceClient::listen()
 
 // The calls to start them wait for their answers, so they are made on a thread of the library, too.
 void SourceClient::startViews()
-    m_settling.start(timeToSettle);
 {
     m_seen.clear();
     m_series.clear();
@@ -240,6 +268,7 @@ void SourceClient::close()
     m_again.stop();
     m_nextFetch.stop();
     m_endOfOldNews.stop();
+    m_settling.stop();
     m_isOpen = false;
     m_awaitsItems = false;
     m_isUnanswering = false;
@@ -268,7 +297,6 @@ void SourceClient::openLater()
     tellState();
 }
 
-    m_settling.stop();
 void SourceClient::dropView(Owned<ECalClientView> &view)
 {
     if (view)
@@ -493,37 +521,27 @@ void SourceClient::learnZones(const QString &uid, const QList<ComponentText> &co
         m_zoneUsers[name].insert(uid);
         if (isAsked)
             continue;
-        struct Question {
-            QPointer<SourceClient> asker;
-            quint64 attempt;
-            QByteArray name;
-        };
-        e_cal_client_get_timezone(
-            m_client.get(), name.constData(), m_cancellable.get(),
-            [](GObject * /*client*/, GAsyncResult *answer, gpointer data) {
-                const std::unique_ptr<Question> question(static_cast<Question *>(data));
-                if (!question->asker)
+        // Not by the library's own call of this kind: it gives away a reference that the client still needs.
+        const Owned<GTask> task(g_task_new(
+            nullptr, m_cancellable.get(),
+            [](GObject * /*nothing*/, GAsyncResult *answer, gpointer /*data*/) {
+                const auto *const asked = static_cast<ZoneQuestion *>(g_task_get_task_data(G_TASK(answer)));
+                if (!asked->asker)
                     return;
-                if (question->asker->m_attempt == question->attempt)
-                    question->asker->takeZone(question->name, answer);
+                if (asked->asker->m_attempt == asked->attempt)
+                    asked->asker->takeZone(asked->name, asked->text);
                 else
-                    question->asker->m_zoneUsers.remove(question->name);
+                    asked->asker->m_zoneUsers.remove(asked->name);
             },
-            new Question { this, m_attempt, name });
+            nullptr));
+        g_task_set_task_data(
+            task.get(), new ZoneQuestion { this, m_attempt, name, referenced(m_client.get()), {} }, deleteZoneQuestion);
+        g_task_run_in_thread(task.get(), askForZoneOnThread);
     }
 }
 
-void SourceClient::takeZone(const QByteArray &name, GAsyncResult *answer)
+void SourceClient::takeZone(const QByteArray &name, const QByteArray &text)
 {
-    ICalTimezone *zone = nullptr;
-    Failure failure;
-    e_cal_client_get_timezone_finish(m_client.get(), answer, &zone, failure);
-    QByteArray text;
-    // For zones of the system the service answers with one of another name.
-    if (zone && name == i_cal_timezone_get_tzid(zone) && !name.startsWith(prefixOfBuiltInZones)) {
-        if (const Owned<ICalComponent> definition { i_cal_timezone_get_component(zone) })
-            text = textOf(definition.get());
-    }
     m_zoneTexts.insert(name, text);
     const QSet<QString> users = m_zoneUsers.take(name);
     if (text.isEmpty())

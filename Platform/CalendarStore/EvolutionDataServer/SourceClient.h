@@ -116,7 +116,7 @@ private:
 
     // Zones.
     void learnZones(const QString &uid, const QList<ComponentText> &components);
-    void takeZone(const QByteArray &name, GAsyncResult *answer);
+    void takeZone(const QByteArray &name, const QByteArray &text);
 
     void readState();
     void tellState();
