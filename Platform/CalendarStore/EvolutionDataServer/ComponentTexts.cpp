@@ -139,4 +139,16 @@ Owned<ICalComponent> CalendarParts::parsed(const QByteArray &text)
     return Owned<ICalComponent>(i_cal_component_new_from_string(text.constData()));
 }
 
+bool isVersion(const QByteArray &version, QList<ComponentText> components)
+{
+    constexpr int rewritings = 3;
+    for (int count = 0; count <= rewritings; ++count) {
+        if (versionOf(components) == version)
+            return true;
+        for (ComponentText &each : components)
+            each = rewritten(each);
+    }
+    return false;
+}
+
 } // namespace Service

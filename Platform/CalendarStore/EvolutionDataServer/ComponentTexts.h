@@ -48,4 +48,8 @@ struct CalendarParts {
     static Owned<ICalComponent> parsed(const QByteArray &text);
 };
 
+// Whether the components are that version. The service tells of the same component in one text here and in another one
+// there: they differ by how often the library has read it and written it again, which changes odd values.
+bool isVersion(const QByteArray &version, QList<ComponentText> components);
+
 } // namespace Service

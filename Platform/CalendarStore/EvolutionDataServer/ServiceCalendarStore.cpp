@@ -118,6 +118,13 @@ void ServiceCalendarStore::Private::takeSources()
         SourceClient *const client = opened.get();
         connect(client, &SourceClient::itemsChanged, this,
             [this, client](CalBackendChange::Author author) { note(*client, author); });
+        connect(
+            client, &SourceClient::itemsChanged, client,
+            [this, client] {
+                if (saver.awaitsArrivals())
+                    saver.takeBackLateArrivals(*client);
+            },
+            Qt::QueuedConnection);
         connect(client, &SourceClient::stateChanged, this, [this, client] {
             updateCalendars();
             updateSilence();

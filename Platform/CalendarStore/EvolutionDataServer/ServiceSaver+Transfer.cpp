@@ -31,9 +31,14 @@ public:
         const bool isAlone = Items::holdsNothingElse(*m_stored.set, m_stored.group, m_stored.text);
         const QByteArray remaining
             = isAlone ? QByteArray() : Items::textWithoutGroup(*m_stored.set, m_stored.group, m_stored.text);
-        const auto left = m_saver.write(*m_stored.source, m_stored.uid, m_stored.present, remaining, m_record);
-        if (!left)
-            return left.error();
+        const auto left = m_saver.leave(m_stored, remaining, m_record, {});
+        if (!left && !left.error().isPending)
+            return left.error().refusal;
+        if (!left) {
+            // It is whole elsewhere, and leaves as soon as the service answers again.
+            m_stored.source->takeOwn(m_stored.uid, CalendarParts(remaining).components);
+            m_stored.source->suspect(m_stored.uid);
+        }
         m_settled(true);
         return {};
     }
@@ -134,9 +139,7 @@ template <typename Record> Result<void, StoreError> ServiceSaver::takeInRecord(R
         return Items::damaged(record);
     // The service keeps an item under its UID.
     origin->resource = origin->plainUid;
-    if (source.value()->items().holdsUid(origin->plainUid))
-        return Items::identifierTaken(record);
-    const auto written = write(*source.value(), origin->plainUid, {}, text, record);
+    const auto written = arrive(*source.value(), origin->plainUid, text, record);
     if (!written)
         return written.error();
     record.setOrigin(*origin);

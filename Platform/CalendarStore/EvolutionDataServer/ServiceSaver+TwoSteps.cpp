@@ -21,11 +21,6 @@ namespace
 // What the event sheet puts before the title for its first step.
 const QString firstStepPrefix = u"DUMBY "_s;
 
-QString uidAt(const QString &place)
-{
-    return QUrl::fromPercentEncoding(place.mid(place.lastIndexOf(u'/') + 1).toLatin1());
-}
-
 const ComponentText *counterpart(const CalendarParts &parts, const ComponentText &component)
 {
     const auto found = std::ranges::find(parts.components, component.recurrenceId, &ComponentText::recurrenceId);
@@ -61,6 +56,11 @@ QString ServiceSaver::placeOf(const QString &source)
 QString ServiceSaver::placeOf(const QString &source, const QString &uid)
 {
     return placeOf(source) + u'/' + QString::fromLatin1(QUrl::toPercentEncoding(uid));
+}
+
+QString ServiceSaver::uidAt(const QString &place)
+{
+    return QUrl::fromPercentEncoding(place.mid(place.lastIndexOf(u'/') + 1).toLatin1());
 }
 
 bool ServiceSaver::isFirstStepOfSheet(const CalEvent &event)
@@ -188,14 +188,23 @@ Result<void, StoreError> ServiceSaver::proceed(CalEvent &event, CalSpan span)
     if (!text)
         return failed(text.error());
     if (into != from) {
-        if (const auto moved = move(event, stored.value(), text.value(), *into); !moved)
-            return failed(moved.error());
-        forget();
-        return {};
+        const auto moved = move(event, stored.value(), text.value(), *into);
+        if (moved) {
+            forget();
+            return {};
+        }
+        if (!moved.error().isPending)
+            return failed(moved.error().refusal);
+        // Whether the first step is taken back is found out with where the item is.
+        event.setOrigin(m_first->originBefore);
+        m_journal.abandon();
+        m_first.reset();
+        return moved.error().refusal;
     }
-    const auto written = write(*from, stored.value().uid, stored.value().present, text.value(), event);
+    const QByteArray original = m_first->save.before.value_or(stored.value().present);
+    const auto written = tryToWrite(*from, stored.value().uid, stored.value().present, text.value(), event, original);
     if (!written)
-        return failed(written.error());
+        return failed(refusalOf(event, written.error()));
     if (span == CalSpanThisEvent && isOneOfSeries(event)) {
         // Not the second step, but the first one done again.
         if (const auto origin = Items::originIn(from->items(), *written.value(), event))
@@ -288,6 +297,8 @@ bool ServiceSaver::takeBack(const FolderStore::JournaledSave &save, SourceClient
 
 void ServiceSaver::mendLeftOvers(SourceClient &source)
 {
+    // First of all: what has left is not changed any more.
+    endDepartures(source);
     m_journal.forEachLeftOver(placeOf(source.description().uid), m_clock.now(),
         [&](const FolderStore::JournaledSave &save) { return takeBack(save, source, uidAt(save.path)); });
 }

@@ -29,42 +29,6 @@ bool canBeStored(const CalTask & /*task*/)
     return true;
 }
 
-StoreError refusalOf(const CalCalendarItem &record, const ServiceFault &fault)
-{
-    switch (fault.kind) {
-    case ServiceFault::Kind::NotFound:
-        return Items::goneElsewhere(record);
-    case ServiceFault::Kind::Taken:
-        return Items::identifierTaken(record);
-    case ServiceFault::Kind::Changed:
-        return Items::changedElsewhere(record);
-    case ServiceFault::Kind::ReadOnly:
-        return Items::calendarUnchangeable(record);
-    case ServiceFault::Kind::Refused:
-        return Items::refusal(record, Code::Invalid,
-            QCoreApplication::translate("Vantle", "The calendar service cannot store it like this."));
-    case ServiceFault::Kind::NoAnswer:
-    case ServiceFault::Kind::Lost:
-    case ServiceFault::Kind::Failed:
-        break;
-    }
-    return Items::refusal(record, Code::Io, fault.reason);
-}
-
-// The service tells of the same component in one text here and in another one there: they differ by how often the
-// library has read it and written it again, which changes odd values.
-bool isVersion(const QByteArray &version, QList<ComponentText> components)
-{
-    constexpr int rewritings = 3;
-    for (int count = 0; count <= rewritings; ++count) {
-        if (versionOf(components) == version)
-            return true;
-        for (ComponentText &each : components)
-            each = rewritten(each);
-    }
-    return false;
-}
-
 template <typename Record> CalCalendarItemPtr recordAsRead(const Record &record)
 {
     const auto copy = std::make_shared<Record>(record);
@@ -124,6 +88,28 @@ ServiceSaver::ServiceSaver(
 {
 }
 
+StoreError ServiceSaver::refusalOf(const CalCalendarItem &record, const ServiceFault &fault)
+{
+    switch (fault.kind) {
+    case ServiceFault::Kind::NotFound:
+        return Items::goneElsewhere(record);
+    case ServiceFault::Kind::Taken:
+        return Items::identifierTaken(record);
+    case ServiceFault::Kind::Changed:
+        return Items::changedElsewhere(record);
+    case ServiceFault::Kind::ReadOnly:
+        return Items::calendarUnchangeable(record);
+    case ServiceFault::Kind::Refused:
+        return Items::refusal(record, Code::Invalid,
+            QCoreApplication::translate("Vantle", "The calendar service cannot store it like this."));
+    case ServiceFault::Kind::NoAnswer:
+    case ServiceFault::Kind::Lost:
+    case ServiceFault::Kind::Failed:
+        break;
+    }
+    return Items::refusal(record, Code::Io, fault.reason);
+}
+
 Result<SourceClient *, StoreError> ServiceSaver::writable(
     const CalCalendarItem &record, const CalCalendarPtr &calendar) const
 {
@@ -175,13 +161,20 @@ const ServiceSaver::Unanswered *ServiceSaver::unanswered(
     return !found->before.isEmpty() && (isHeld(found->after) || isHeld(found->before)) ? &*found : nullptr;
 }
 
-// Takes in what was written.
 Result<Items::ItemSetPtr, StoreError> ServiceSaver::write(SourceClient &source, const QString &uid,
     const QByteArray &before, const QByteArray &after, const CalCalendarItem &record)
 {
+    const auto written = tryToWrite(source, uid, before, after, record, before);
+    return written ? Result<Items::ItemSetPtr, StoreError>(written.value()) : refusalOf(record, written.error());
+}
+
+// Takes in what was written. `original` is what is to be there again when only some of the calls are made.
+Result<Items::ItemSetPtr, ServiceFault> ServiceSaver::tryToWrite(SourceClient &source, const QString &uid,
+    const QByteArray &before, const QByteArray &after, const CalCalendarItem &record, const QByteArray &original)
+{
     const QString place = placeOf(source.description().uid, uid);
     const bool isJournaled = StoredObjects::takesSeveralCalls(before, after)
-        && m_calling.begin({ place, before.isEmpty() ? std::nullopt : std::optional(before), after, {} });
+        && m_calling.begin({ place, original.isEmpty() ? std::nullopt : std::optional(original), after, {} });
     const auto written = StoredObjects(source).write(uid, before, after);
     if (written) {
         m_calling.end();
@@ -202,7 +195,7 @@ Result<Items::ItemSetPtr, StoreError> ServiceSaver::write(SourceClient &source, 
     if (fault.kind == ServiceFault::Kind::Changed)
         source.refresh();
     source.suspect(uid);
-    return refusalOf(record, fault);
+    return fault;
 }
 
 Result<void, StoreError> ServiceSaver::save(CalTask &task)
@@ -291,32 +284,14 @@ Result<void, StoreError> ServiceSaver::change(Record &record, const CalCalendarP
             return patched.error();
         changed = patched.value();
     }
-    if (isMove)
-        return move(record, stored.value(), changed, *into.value());
+    if (isMove) {
+        const auto moved = move(record, stored.value(), changed, *into.value());
+        return moved ? Result<void, StoreError>() : moved.error().refusal;
+    }
     const auto written = write(*into.value(), stored.value().uid, stored.value().present, changed, record);
     if (!written)
         return written.error();
     Items::countAsRead(record, into.value()->items(), *written.value());
-    return {};
-}
-
-// The item is whole in the new calendar before it leaves the old one.
-template <typename Record>
-Result<void, StoreError> ServiceSaver::move(
-    Record &record, const Stored &stored, const QByteArray &text, SourceClient &target)
-{
-    const QString &uid = stored.uid;
-    if (target.items().holdsUid(uid))
-        return Items::identifierTaken(record);
-    const auto created = write(target, uid, {}, text, record);
-    if (!created)
-        return created.error();
-    if (const auto left = write(*stored.source, uid, stored.present, {}, record); !left) {
-        if (const auto removed = write(target, uid, text, {}, record); !removed)
-            return removed.error();
-        return left.error();
-    }
-    Items::countAsRead(record, target.items(), *created.value());
     return {};
 }
 

@@ -11,6 +11,7 @@
 #include <SaveJournal.h>
 #include <StoredText.h>
 
+#include <QDeadlineTimer>
 #include <QHash>
 
 #include <functional>
@@ -41,9 +42,12 @@ public:
     Result<std::unique_ptr<CalRemoval>, StoreError> remove(const CalTask &task);
     Result<std::unique_ptr<CalRemoval>, StoreError> remove(const CalEvent &event, CalSpan span);
 
-    // Takes back what was begun in that source and not ended: first steps without their second, and some of several
-    // calls.
+    // Ends or takes back what was begun in that source and not ended: moves, first steps without their second, and some
+    // of several calls.
     void mendLeftOvers(SourceClient &source);
+    // Takes back copies whose save was given up and which came nevertheless.
+    bool awaitsArrivals() const { return !m_arrivals.isEmpty(); }
+    void takeBackLateArrivals(SourceClient &source);
 
     // For moves from one back end into another, as CalendarStoreBackend has them.
     using Sent = Result<std::unique_ptr<CalDeparture>, StoreError>;
@@ -68,6 +72,17 @@ private:
         QByteArray before;
         QByteArray after;
     };
+    // Of a move whose item is whole where it goes, but did not leave where it was.
+    struct LeavingFault {
+        StoreError refusal;
+        bool isPending = false; // it leaves as soon as the service answers again
+    };
+    // What is on the disk to be dealt with when the service answers again.
+    struct LeftOver {
+        FolderStore::JournaledSave save;
+        QString entry;
+        QDeadlineTimer end; // what comes even later comes from somebody else
+    };
     // What the last save of one occurrence did.
     struct FirstStep {
         FolderStore::JournaledSave save;
@@ -80,8 +95,11 @@ private:
 
     Result<SourceClient *, StoreError> writable(const CalCalendarItem &record, const CalCalendarPtr &calendar) const;
     Result<Stored, StoreError> find(SourceClient &source, const CalCalendarItem &record) const;
+    static StoreError refusalOf(const CalCalendarItem &record, const ServiceFault &fault);
     Result<Items::ItemSetPtr, StoreError> write(SourceClient &source, const QString &uid, const QByteArray &before,
         const QByteArray &after, const CalCalendarItem &record);
+    Result<Items::ItemSetPtr, ServiceFault> tryToWrite(SourceClient &source, const QString &uid,
+        const QByteArray &before, const QByteArray &after, const CalCalendarItem &record, const QByteArray &original);
     const Unanswered *unanswered(
         const SourceClient &source, const CalCalendarItem &record, const QList<ComponentText> &present) const;
 
@@ -89,7 +107,14 @@ private:
     template <typename Record, typename Text>
     Result<void, StoreError> change(Record &record, const CalCalendarPtr &target, Text text);
     template <typename Record>
-    Result<void, StoreError> move(Record &record, const Stored &stored, const QByteArray &text, SourceClient &target);
+    Result<void, LeavingFault> move(Record &record, const Stored &stored, const QByteArray &text, SourceClient &target);
+    Result<Items::ItemSetPtr, StoreError> arrive(
+        SourceClient &target, const QString &uid, const QByteArray &text, const CalCalendarItem &record);
+    bool endArrival(SourceClient &target, const QString &uid);
+    Result<void, LeavingFault> leave(
+        const Stored &stored, const QByteArray &remaining, const CalCalendarItem &record, const QString &target);
+    void endDepartures(const SourceClient &source);
+    bool endDeparture(const FolderStore::JournaledSave &save, CalItemKind kind);
     Result<QByteArray, StoreError> changedText(
         const Items::StoredText &stored, const CalEvent &event, CalSpan span) const;
     Result<std::unique_ptr<CalRemoval>, StoreError> remove(const CalCalendarItemPtr &record, CalSpan span);
@@ -99,6 +124,7 @@ private:
 
     static QString placeOf(const QString &source);
     static QString placeOf(const QString &source, const QString &uid);
+    static QString uidAt(const QString &place);
 
     Result<void, StoreError> saveOnce(CalEvent &event, CalSpan span);
     static bool isFirstStepOfSheet(const CalEvent &event);
@@ -122,7 +148,11 @@ private:
     // Of what takes several calls.
     FolderStore::SaveJournal m_calling { m_calls };
     std::optional<FirstStep> m_first;
+    // Of items that go into another calendar.
+    FolderStore::SaveJournal m_moving { m_calls };
     QHash<QString, Unanswered> m_unanswered; // by place
+    QHash<QString, LeftOver> m_arrivals; // that were not answered, by place
+    QHash<QString, LeftOver> m_departures;
 };
 
 } // namespace Service

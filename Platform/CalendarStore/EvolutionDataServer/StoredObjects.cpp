@@ -55,7 +55,10 @@ ServiceFault faultOf(const Failure &failure, const Deadline &deadline)
         return { Kind::ReadOnly, failure.reason() };
     const bool isGone = failure.is(G_IO_ERROR, G_IO_ERROR_FAILED) || failure.is(G_DBUS_ERROR, G_DBUS_ERROR_NO_REPLY)
         || failure.is(G_DBUS_ERROR, G_DBUS_ERROR_SERVICE_UNKNOWN)
-        || failure.is(G_DBUS_ERROR, G_DBUS_ERROR_NAME_HAS_NO_OWNER);
+        || failure.is(G_DBUS_ERROR, G_DBUS_ERROR_NAME_HAS_NO_OWNER)
+        // It has been started anew, and does not know what it gave out before.
+        || failure.is(G_DBUS_ERROR, G_DBUS_ERROR_UNKNOWN_METHOD)
+        || failure.is(G_DBUS_ERROR, G_DBUS_ERROR_UNKNOWN_OBJECT);
     if (isGone)
         return lost();
     return { Kind::Failed, failure.reason() };

@@ -11,6 +11,7 @@
 #include <QUuid>
 
 #include <cerrno>
+#include <utility>
 
 #include <fcntl.h>
 #include <sys/file.h>
@@ -101,11 +102,17 @@ void SaveJournal::end()
     abandon();
 }
 
-void SaveJournal::abandon()
+QString SaveJournal::abandon()
 {
     m_current.reset();
-    m_name.clear();
     m_lock.reset();
+    return std::exchange(m_name, {});
+}
+
+void SaveJournal::forget(const QString &name)
+{
+    if (!name.isEmpty())
+        QFile::remove(pathOf(name));
 }
 
 void SaveJournal::forEachLeftOver(

@@ -42,8 +42,10 @@ public:
     Result<void, WritingFault> begin(const JournaledSave &save);
     const std::optional<JournaledSave> &current() const { return m_current; }
     void end();
-    // Leaves the save to the next start: it could not be taken back.
-    void abandon();
+    // Leaves the save to the next start: it could not be taken back. Answers with the name of what is kept of it.
+    QString abandon();
+    // What was left to the next start is dealt with.
+    void forget(const QString &name);
 
     // Hands out the saves below a folder of calendars whose processes ended in between; the answer tells whether the
     // save is dealt with and can be forgotten. Does nothing while another process is in the middle of a save: a later
