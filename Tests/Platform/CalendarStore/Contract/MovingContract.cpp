@@ -35,6 +35,11 @@ private Q_SLOTS:
     void bothStepsOfTheEventSheetMoveTheEvent();
     void oneOccurrenceDoesNotLeaveItsSeries();
     void aMovedItemCanBeChangedAndRemovedAndRestored();
+    void aSeriesThatWentElsewhereIsRemovedAndRestored();
+    void aSeriesThatCameIsRemovedAndRestored();
+    void anOccurrenceOfAMovedSeriesIsRemovedAndRestored();
+    void aRemovalIsTakenBackAfterAnotherItemHasMoved();
+    void aRemovalIsNotTakenBackOverAnItemThatCame();
     void whatWasChangedElsewhereMeanwhileStays();
     void anIdentifierThatIsTakenRefuses();
     void nothingLeavesACalendarThatCannotBeChanged();
@@ -197,6 +202,101 @@ void MovingContract::aMovedItemCanBeChangedAndRemovedAndRestored()
     QVERIFY2(undo(), qPrintable(refusal().message()));
 
     QCOMPARE(fixture().task(u"B"_s)->calendar()->uid(), u"Elsewhere"_s);
+}
+
+void MovingContract::aSeriesThatWentElsewhereIsRemovedAndRestored()
+{
+    fixture().put(u"Home"_s, u"s"_s,
+        eventText("s", "S", "20260310T080000Z", "DURATION:PT1H\r\n" + series)
+            + eventText("s", "Other", "20260313T100000Z", exception + unknown()));
+    addElsewhere();
+    const CalEventPtr event = fixture().eventOn(contractDay, u"S"_s);
+    event->setCalendar(elsewhere());
+    QVERIFY2(save(event), qPrintable(refusal().message()));
+    const QByteArray before = textElsewhere();
+
+    QVERIFY2(remove(event), qPrintable(refusal().message()));
+    QVERIFY(fixture().eventsOn(contractDay).isEmpty());
+    QVERIFY2(undo(), qPrintable(refusal().message()));
+
+    QCOMPARE(textElsewhere(), before);
+    QCOMPARE(titlesOf(fixture().eventsOn(contractDay)), QStringList { u"S"_s });
+    QCOMPARE(titlesOf(fixture().eventsOn(contractDay.addDays(2))), QStringList { u"Other"_s });
+    QCOMPARE(fixture().eventOn(contractDay, u"S"_s)->calendar()->uid(), u"Elsewhere"_s);
+}
+
+void MovingContract::aSeriesThatCameIsRemovedAndRestored()
+{
+    addElsewhere(eventText("s", "S", "20260310T080000Z", "DURATION:PT1H\r\n" + series + unknown())
+        + eventText("s", "Other", "20260313T100000Z", exception));
+    const CalEventPtr event = fixture().eventOn(contractDay, u"S"_s);
+    event->setCalendar(fixture().calendar(u"Home"_s));
+    QVERIFY2(save(event), qPrintable(refusal().message()));
+
+    QVERIFY2(remove(event), qPrintable(refusal().message()));
+    QVERIFY(fixture().eventsOn(contractDay).isEmpty());
+    QVERIFY(fixture().eventsOn(contractDay.addDays(2)).isEmpty());
+    QVERIFY2(undo(), qPrintable(refusal().message()));
+
+    QCOMPARE(titlesOf(fixture().eventsOn(contractDay)), QStringList { u"S"_s });
+    QCOMPARE(titlesOf(fixture().eventsOn(contractDay.addDays(1))), QStringList());
+    QCOMPARE(titlesOf(fixture().eventsOn(contractDay.addDays(2))), QStringList { u"Other"_s });
+    QCOMPARE(fixture().eventOn(contractDay, u"S"_s)->calendar()->uid(), u"Home"_s);
+    // With all that other programs know of it.
+    const CalEventPtr restored = fixture().eventOn(contractDay, u"S"_s);
+    restored->setCalendar(elsewhere());
+    QVERIFY2(save(restored), qPrintable(refusal().message()));
+    QVERIFY2(textElsewhere().contains(unknown()), textElsewhere().constData());
+}
+
+void MovingContract::anOccurrenceOfAMovedSeriesIsRemovedAndRestored()
+{
+    addElsewhere(eventText("s", "S", "20260310T080000Z", "DURATION:PT1H\r\n" + series));
+    const CalEventPtr event = fixture().eventOn(contractDay, u"S"_s);
+    event->setCalendar(fixture().calendar(u"Work"_s));
+    QVERIFY2(save(event), qPrintable(refusal().message()));
+
+    QVERIFY2(remove(fixture().eventOn(contractDay, u"S"_s), CalSpanThisEvent), qPrintable(refusal().message()));
+    QVERIFY(fixture().eventsOn(contractDay).isEmpty());
+    QCOMPARE(fixture().eventsOn(contractDay.addDays(-1)).size(), 1);
+    QVERIFY2(undo(), qPrintable(refusal().message()));
+
+    QCOMPARE(titlesOf(fixture().eventsOn(contractDay)), QStringList { u"S"_s });
+    QCOMPARE(fixture().eventOn(contractDay, u"S"_s)->calendar()->uid(), u"Work"_s);
+    QCOMPARE(textElsewhere(), QByteArray("not one item"));
+}
+
+void MovingContract::aRemovalIsTakenBackAfterAnotherItemHasMoved()
+{
+    fixture().put(u"Home"_s, u"a"_s, taskText("a", "A", unknown()));
+    addElsewhere(taskText("b", "B"));
+    QVERIFY2(remove(fixture().task(u"A"_s)), qPrintable(refusal().message()));
+    const CalTaskPtr other = fixture().task(u"B"_s);
+    other->setCalendar(fixture().calendar(u"Home"_s));
+    QVERIFY2(save(other), qPrintable(refusal().message()));
+
+    QCOMPARE(store().undoableRemovalTitle(), u"A"_s);
+    QVERIFY2(undo(), qPrintable(refusal().message()));
+
+    QVERIFY(!store().undoableRemovalTitle());
+    QCOMPARE(fixture().task(u"A"_s)->calendar()->uid(), u"Home"_s);
+    QCOMPARE(fixture().task(u"B"_s)->calendar()->uid(), u"Home"_s);
+}
+
+void MovingContract::aRemovalIsNotTakenBackOverAnItemThatCame()
+{
+    fixture().put(u"Home"_s, u"a"_s, taskText("a", "A"));
+    addElsewhere(taskText("a", "Another"));
+    QVERIFY2(remove(fixture().task(u"A"_s)), qPrintable(refusal().message()));
+    const CalTaskPtr other = fixture().task(u"Another"_s);
+    other->setCalendar(fixture().calendar(u"Home"_s));
+    QVERIFY2(save(other), qPrintable(refusal().message()));
+
+    QVERIFY(!undo());
+
+    QVERIFY(isRefusedAs(StoreError::Code::Conflict, u"A"_s, u"Home"_s));
+    QCOMPARE(titlesOf(fixture().tasks()), QStringList { u"Another"_s });
+    QCOMPARE(fixture().task(u"Another"_s)->calendar()->uid(), u"Home"_s);
 }
 
 void MovingContract::whatWasChangedElsewhereMeanwhileStays()
