@@ -15,7 +15,8 @@ namespace
 {
 
 constexpr qint64 secondsPerDay = 86400;
-constexpr qint64 mostDaysOfAnEntry = 16;
+// An event of an hour may touch four, for the zone in which it is meant may become another.
+constexpr qint64 mostDaysOfAnEntry = 7;
 
 qint64 dayOf(UtcSeconds instant)
 {
@@ -27,7 +28,7 @@ struct DayRange {
     qint64 last = 0;
 };
 
-// The days under which an event stands; nothing for one that is looked through every time.
+// The days that an event may touch; nothing for one that is looked through every time.
 std::optional<DayRange> daysOf(const ItemGroup &group)
 {
     if (group.needsExpansion || !group.latest)
@@ -55,8 +56,7 @@ void EventIndex::add(const ItemSet &set)
         if (!ref.get().earliest)
             continue;
         if (const auto days = daysOf(ref.get())) {
-            for (qint64 day = days->first; day <= days->last; ++day)
-                m_days[day].push_back(ref);
+            m_days[days->first].push_back({ &set, index, static_cast<int>(days->last - days->first) });
         } else {
             m_others.push_back(
                 { *ref.get().earliest, ref.get().latest.value_or(std::numeric_limits<UtcSeconds>::max()), ref });
@@ -72,17 +72,19 @@ void EventIndex::remove(const ItemSet &set)
     for (const ItemGroup &group : set.groups()) {
         if (!group.earliest)
             continue;
-        const auto days = daysOf(group);
-        touchesOthers = touchesOthers || !days;
-        for (qint64 day = days ? days->first : 0; days && day <= days->last; ++day)
-            touched.insert(day);
+        if (const auto days = daysOf(group))
+            touched.insert(days->first);
+        else
+            touchesOthers = true;
     }
-    const auto isOfFile = [&](const GroupRef &ref) { return ref.set == &set; };
     if (touchesOthers)
-        std::erase_if(m_others, [&](const Bounded &each) { return isOfFile(each.ref); });
+        std::erase_if(m_others, [&](const Bounded &each) { return each.ref.set == &set; });
     for (const qint64 day : std::as_const(touched)) {
         const auto place = m_days.find(day);
-        if (place != m_days.end() && std::erase_if(*place, isOfFile) > 0 && place->empty())
+        if (place == m_days.end())
+            continue;
+        std::erase_if(*place, [&](const Entry &each) { return each.set == &set; });
+        if (place->empty())
             m_days.erase(place);
     }
 }
@@ -90,28 +92,32 @@ void EventIndex::remove(const ItemSet &set)
 std::vector<GroupRef> EventIndex::candidates(UtcSeconds from, UtcSeconds to) const
 {
     std::vector<GroupRef> found;
-    const auto take = [&](const std::vector<GroupRef> &place) {
-        std::ranges::copy_if(
-            place, std::back_inserter(found), [&](const GroupRef &ref) { return mayTouch(ref.get(), from, to); });
+    const qint64 first = dayOf(from);
+    const qint64 last = dayOf(to);
+    const auto take = [&](qint64 day, const std::vector<Entry> &place) {
+        for (const Entry &each : place) {
+            const GroupRef ref { each.set, each.group };
+            // Most are told by the day, without reaching for the group.
+            if (day + each.furtherDays >= first && mayTouch(ref.get(), from, to))
+                found.push_back(ref);
+        }
     };
     for (const Bounded &each : m_others) {
         if (each.earliest <= to && each.latest >= from)
             found.push_back(each.ref);
     }
-    const qint64 first = dayOf(from);
-    const qint64 last = dayOf(to);
-    // A range of more days than there are entries is quicker asked the other way round.
-    if (last - first > m_days.size()) {
-        for (const auto &place : m_days)
-            take(place);
+    // A range of more days than there are places is quicker asked the other way round.
+    const qint64 firstPlace = first - (mostDaysOfAnEntry - 1);
+    if (last - firstPlace > m_days.size()) {
+        for (auto place = m_days.cbegin(); place != m_days.cend(); ++place)
+            take(place.key(), place.value());
     } else {
-        for (qint64 day = first; day <= last; ++day) {
+        for (qint64 day = firstPlace; day <= last; ++day) {
             if (const auto place = m_days.constFind(day); place != m_days.cend())
-                take(*place);
+                take(day, *place);
         }
     }
     std::ranges::sort(found);
-    found.erase(std::unique(found.begin(), found.end()), found.end());
     return found;
 }
 

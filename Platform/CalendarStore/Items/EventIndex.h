@@ -20,9 +20,10 @@ struct GroupRef {
 };
 size_t qHash(const GroupRef &ref, size_t seed = 0);
 
-// The events of a calendar by time, so that a day's question looks at that day's
-// events alone. Events that happen once stand under each day that they may
-// touch; series and very long events, few as they are, are looked through.
+// The events of a calendar by time, so that a day's question looks at the events of
+// that day and of the few before alone. Events that happen once stand under the first
+// day that they may touch, each in one place, for there are thousands; series and
+// events of many days, few as they are, are looked through.
 class EventIndex final
 {
 public:
@@ -33,6 +34,12 @@ public:
     std::vector<GroupRef> candidates(ICalendar::UtcSeconds from, ICalendar::UtcSeconds to) const;
 
 private:
+    // A GroupRef, with something in its gap.
+    struct Entry {
+        const ItemSet *set = nullptr;
+        int group = 0;
+        int furtherDays = 0; // after its first, that the event may touch
+    };
     // The bounds stand here once more: reaching for each group would cost more than all the rest.
     struct Bounded {
         ICalendar::UtcSeconds earliest = 0;
@@ -40,7 +47,7 @@ private:
         GroupRef ref;
     };
 
-    QHash<qint64, std::vector<GroupRef>> m_days; // by days since 1970, in UTC
+    QHash<qint64, std::vector<Entry>> m_days; // by first day, counted since 1970, in UTC
     std::vector<Bounded> m_others; // series, and events of many days
 };
 

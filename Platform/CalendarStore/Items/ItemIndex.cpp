@@ -13,9 +13,16 @@ void ItemIndex::add(const ItemSet &set)
     m_events.add(set);
     m_tasks.add(set);
     for (const QString &uid : set.uids()) {
-        QStringList &names = m_setsByUid[uid];
-        names.insert(std::ranges::lower_bound(names, set.name()), set.name());
-        m_sharedUids += names.size() == 2 ? 1 : 0;
+        const ItemSet *&first = m_sets[uid];
+        if (!first) {
+            first = &set;
+            continue;
+        }
+        QList<const ItemSet *> &all = m_shared[uid];
+        if (all.isEmpty())
+            all << first;
+        all.insert(std::ranges::lower_bound(all, set.name(), {}, &ItemSet::name), &set);
+        first = all.constFirst();
     }
 }
 
@@ -25,19 +32,23 @@ void ItemIndex::remove(const ItemSet &set)
     m_tasks.remove(set);
     m_expansions.forget(set);
     for (const QString &uid : set.uids()) {
-        const auto names = m_setsByUid.find(uid);
-        names->removeOne(set.name());
-        m_sharedUids -= names->size() == 1 ? 1 : 0;
-        if (names->isEmpty())
-            m_setsByUid.erase(names);
+        const auto all = m_shared.find(uid);
+        if (all == m_shared.end()) {
+            m_sets.remove(uid);
+            continue;
+        }
+        all->removeOne(&set);
+        m_sets[uid] = all->constFirst();
+        if (all->size() == 1)
+            m_shared.erase(all);
     }
 }
 
 QString ItemIndex::distinctionOf(const GroupRef &ref) const
 {
     const int ordinal = ref.get().ordinal;
-    const auto names = m_setsByUid.constFind(ref.set->uidOf(ref.get()));
-    if (ordinal == 0 && (names == m_setsByUid.cend() || names->first() == ref.set->name()))
+    const ItemSet *const first = m_sets.value(ref.set->uidOf(ref.get()));
+    if (ordinal == 0 && (!first || first->name() == ref.set->name()))
         return {};
     return ordinal == 0 ? ref.set->name() : u"%1#%2"_s.arg(ref.set->name()).arg(ordinal + 1);
 }

@@ -7,8 +7,8 @@
 #include "TaskIndex.h"
 
 #include <QHash>
+#include <QList>
 #include <QString>
-#include <QStringList>
 
 #include <vector>
 
@@ -24,8 +24,8 @@ public:
     void remove(const ItemSet &set);
 
     // Whether any UID stands in several sets.
-    bool hasSharedUids() const { return m_sharedUids > 0; }
-    bool holdsUid(const QString &uid) const { return m_setsByUid.contains(uid); }
+    bool hasSharedUids() const { return !m_shared.isEmpty(); }
+    bool holdsUid(const QString &uid) const { return m_sets.contains(uid); }
     std::vector<GroupRef> eventCandidates(ICalendar::UtcSeconds from, ICalendar::UtcSeconds to) const
     {
         return m_events.candidates(from, to);
@@ -39,8 +39,9 @@ public:
     QString distinctionOf(const GroupRef &ref) const;
 
 private:
-    QHash<QString, QStringList> m_setsByUid; // names of sets in order, each once
-    int m_sharedUids = 0; // how many UIDs stand in several sets
+    // By UID. Hardly any stands in several sets, so a list for each would cost more than all else here.
+    QHash<QString, const ItemSet *> m_sets; // the one that it stands in, or the first
+    QHash<QString, QList<const ItemSet *>> m_shared; // all of several, in the order of their names
     EventIndex m_events;
     TaskIndex m_tasks;
     mutable ExpansionCache m_expansions; // derived from the sets
