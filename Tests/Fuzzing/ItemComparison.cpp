@@ -33,18 +33,19 @@ bool isSameAddedDate(const AddedDate &left, const AddedDate &right)
 
 auto plainValues(const Item &item)
 {
-    return std::tie(item.kind, item.component, item.uid, item.recurrenceId, item.description, item.url, item.location,
-        item.isCancelled, item.start, item.end, item.durationDays, item.durationSeconds, item.hasDuration, item.rules,
-        item.excluded, item.due, item.completed, item.isCompleted, item.priority);
+    return std::tie(item.kind, item.component, item.uid, item.repetition->recurrenceId, *item.description, *item.url,
+        item.location, item.isCancelled, item.start, item.end, item.durationDays, item.durationSeconds,
+        item.hasDuration, item.repetition->rules, item.repetition->excluded, item.toDo->due, item.toDo->completed,
+        item.toDo->isCompleted, item.toDo->priority);
 }
 
 } // namespace
 
 bool isSameButForTitle(const Item &left, const Item &right)
 {
-    return plainValues(left) == plainValues(right) && std::ranges::equal(left.alarms, right.alarms, isSameAlarm)
-        && std::ranges::equal(left.attendees, right.attendees, isSameAttendee)
-        && std::ranges::equal(left.added, right.added, isSameAddedDate);
+    return plainValues(left) == plainValues(right) && std::ranges::equal(*left.alarms, *right.alarms, isSameAlarm)
+        && std::ranges::equal(*left.attendees, *right.attendees, isSameAttendee)
+        && std::ranges::equal(left.repetition->added, right.repetition->added, isSameAddedDate);
 }
 
 bool isSame(const Item &left, const Item &right)

@@ -22,7 +22,7 @@ void expand(const FolderStore::FileSnapshot &file, const Items::ItemGroup &group
     if (group.master < 0)
         return;
     QList<const Item *> overrides;
-    for (const int index : group.overrides)
+    for (const int index : *group.overrides)
         overrides.append(&file.item(index));
     const ZonePtr local = ZoneRegistry::localZone();
     const UtcSeconds from = day * secondsPerDay;

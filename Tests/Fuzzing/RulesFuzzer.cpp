@@ -22,7 +22,7 @@ Item seriesOf(Fuzzing::Input &input)
     static const ZonePtr berlin = ZoneRegistry().systemZone(QStringLiteral("Europe/Berlin"));
     Item series;
     series.uid = QStringLiteral("a");
-    series.rules = input.text().split('\n');
+    series.repetition.edit().rules = input.text().split('\n');
     CivilTime start;
     const int years[] = { 1, 1600, 1996, 2023, 2026, 9999 };
     start.civil = dayNumber(years[input.choice(6)], 1 + input.choice(12), 29 - input.choice(2)) * secondsPerDay;
@@ -85,7 +85,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
     Fuzzing::Input input(data, size);
     const Item series = seriesOf(input);
     const ZonePtr local = ZoneRegistry::localZone();
-    for (const QByteArray &rule : series.rules)
+    for (const QByteArray &rule : series.repetition->rules)
         walk(rule, *series.start);
 
     const UtcSeconds from = (dayOf(series.start->civil) + input.choice(256) * 3) * secondsPerDay;

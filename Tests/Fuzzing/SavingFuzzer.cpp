@@ -65,7 +65,7 @@ QByteArrayList otherItems(const Items::ItemSet &set, int group, const QByteArray
     const ICalendar::ContentLines lines(text);
     QByteArrayList others;
     for (int index = 0; index < set.document().items.size(); ++index) {
-        if (index == own.master || own.overrides.contains(index))
+        if (index == own.master || own.overrides->contains(index))
             continue;
         const auto &component = lines.components()[static_cast<size_t>(set.item(index).component)];
         const qsizetype begin = lines.lines()[static_cast<size_t>(component.firstLine)].begin;
@@ -76,7 +76,7 @@ QByteArrayList otherItems(const Items::ItemSet &set, int group, const QByteArray
 
 qsizetype sizeOf(const Items::ItemGroup &group)
 {
-    return group.overrides.size() + (group.master >= 0 ? 1 : 0);
+    return group.overrides->size() + (group.master >= 0 ? 1 : 0);
 }
 
 void changeTexts(CalCalendarItem &record, Fuzzing::Input &input)
@@ -200,10 +200,10 @@ void saveTask(const Items::StoredText &stored, CalTask &task, Fuzzing::Input &in
     requireOthersAsBefore(stored, after, task, text, 0);
     const ICalendar::Item &item = after.set()->representative(
         after.set()->groups().at(static_cast<size_t>(*Items::groupIn(*after.set(), task))));
-    require(item.summary.value_or(QString()) == task.title().value_or(QString()), "the title is what was set");
-    require(item.isCompleted == task.isCompleted(), "done is what was set");
-    require(item.priority == task.priority(), "the priority is what was set");
-    require(item.alarms.size() == task.alarms().size(), "there are as many alarms as were set");
+    require(item.summary == task.title().value_or(QString()), "the title is what was set");
+    require(item.toDo->isCompleted == task.isCompleted(), "done is what was set");
+    require(item.toDo->priority == task.priority(), "the priority is what was set");
+    require(item.alarms->size() == task.alarms().size(), "there are as many alarms as were set");
 }
 
 void saveSingleEvent(const Items::StoredText &stored, const CalEvent &event, ICalendar::ZoneRegistry &zones)
@@ -213,8 +213,8 @@ void saveSingleEvent(const Items::StoredText &stored, const CalEvent &event, ICa
     requireOthersAsBefore(stored, after, event, text, 0);
     const auto group = Items::groupIn(*after.set(), event);
     const ICalendar::Item &item = after.set()->representative(after.set()->groups().at(static_cast<size_t>(*group)));
-    require(item.summary.value_or(QString()) == event.title().value_or(QString()), "the title is what was set");
-    require(item.alarms.size() == event.alarms().size(), "there are as many alarms as were set");
+    require(item.summary == event.title().value_or(QString()), "the title is what was set");
+    require(item.alarms->size() == event.alarms().size(), "there are as many alarms as were set");
     const QDateTime end = std::max(event.startDate(), event.endDate());
     const bool hasOtherTimes
         = event.startDate() != event.asRead()->startDate() || event.endDate() != event.asRead()->endDate();

@@ -56,10 +56,10 @@ CalCalendarPtr Collection::makeRecord() const
     if (m_place.kind == FoundCollection::Kind::SingleFile) {
         values.isEditable = false;
         if (const FileSnapshotPtr only = file(m_place.name)) {
-            values.title = displayNameOfText(only->document().calendarName);
-            color = colorOfText(only->document().calendarColor);
-            if (!color && QColor::isValidColor(only->document().calendarColor))
-                color = QColor(only->document().calendarColor);
+            values.title = displayNameOfText(only->document().heading->name);
+            color = colorOfText(only->document().heading->color);
+            if (!color && QColor::isValidColor(only->document().heading->color))
+                color = QColor(only->document().heading->color);
         }
         if (values.title.isEmpty())
             values.title = displayNameOfText(withoutEnding(uid()));

@@ -54,7 +54,8 @@ struct ReadText {
     const Item *counterpart(const Item &item) const
     {
         const auto found = std::ranges::find_if(document.items, [&](const Item &other) {
-            return other.kind == item.kind && other.uid == item.uid && other.recurrenceId == item.recurrenceId;
+            return other.kind == item.kind && other.uid == item.uid
+                && other.repetition->recurrenceId == item.repetition->recurrenceId;
         });
         return found == document.items.end() ? nullptr : &*found;
     }

@@ -485,7 +485,7 @@ void FolderSynchronizer::dropFile(Collection &collection, const QString &fileNam
 
 void FolderSynchronizer::noteProblems(const QString &path, const FileSnapshot &snapshot)
 {
-    for (const ICalendar::Problem &problem : snapshot.document().problems)
+    for (const ICalendar::Problem &problem : *snapshot.document().problems)
         m_log.note(path, problem.line, problem.text);
 }
 

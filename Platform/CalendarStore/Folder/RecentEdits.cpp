@@ -82,8 +82,7 @@ RecentEdits::Text RecentEdits::textOf(const QString &path, const QByteArray &tex
     const ICalendar::ContentLines lines(text);
     Text found;
     for (const ICalendar::Item &item : set.document().items) {
-        ItemLines &own
-            = found[{ item.uid, item.recurrenceId ? Items::recurrenceIdText(*item.recurrenceId) : QString() }];
+        ItemLines &own = found[{ item.uid, Items::recurrenceIdText(item.repetition->recurrenceId) }];
         own.sequence = std::max(own.sequence, item.sequence);
         if (set.document().isConverted)
             continue; // the places of components mean nothing

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "CivilTime.h"
+#include "Seldom.h"
 
 #include <QByteArray>
 #include <QList>
@@ -37,20 +38,39 @@ struct AddedDate {
 
 // What Vantle knows of one VEVENT or VTODO: compact values, nothing of the
 // parsed text. Damaged values are mended as well as can be, or absent.
+//
+// Thousands are kept in memory, so what most of them lack takes next to no room
+// in them, and members stand in an order that wastes none.
 struct Item {
-    enum class Kind { Event, Task };
+    enum class Kind : quint8 { Event, Task };
+
+    // When an event takes place again, and which of several times it stands for.
+    struct Repetition {
+        std::optional<CivilTime> recurrenceId;
+        QList<QByteArray> rules; // RRULE values as written
+        QList<CivilTime> excluded; // EXDATE
+        QList<AddedDate> added; // RDATE
+    };
+
+    struct ToDo {
+        std::optional<CivilTime> due; // DUE, or DTSTART with DURATION
+        std::optional<UtcSeconds> completed;
+        bool isCompleted = false; // COMPLETED is there, or STATUS:COMPLETED
+        int priority = 0;
+    };
 
     Kind kind = Kind::Event;
-    int component = 0; // its place among all components of the file, for the patcher
-    QString uid; // empty when missing
-    std::optional<CivilTime> recurrenceId;
-
-    std::optional<QString> summary;
-    std::optional<QString> description;
-    std::optional<QString> url;
-    std::optional<QString> location;
     bool isCancelled = false;
+    // Whether the length was given as such (DURATION), and not by an end.
+    bool hasDuration = false;
+    int component = 0; // its place among all components of the file, for the patcher
     int sequence = 0;
+    QString uid; // empty when missing
+    // An empty text counts as none.
+    QString summary;
+    QString location;
+    Seldom<QString> description;
+    Seldom<QString> url;
 
     // Events. The start is missing when it is missing or not understood in the file.
     std::optional<CivilTime> start;
@@ -61,22 +81,14 @@ struct Item {
     // seconds: what an occurrence of a series adds to its start.
     qint64 durationDays = 0;
     qint64 durationSeconds = 0;
-    // Whether the length was given as such (DURATION), and not by an end.
-    bool hasDuration = false;
-    QList<QByteArray> rules; // RRULE values as written
-    QList<CivilTime> excluded; // EXDATE
-    QList<AddedDate> added; // RDATE
-    QList<Attendee> attendees;
+    Seldom<Repetition> repetition;
+    Seldom<QList<Attendee>> attendees;
 
-    // To-dos.
-    std::optional<CivilTime> due; // DUE, or DTSTART with DURATION
-    std::optional<UtcSeconds> completed;
-    bool isCompleted = false; // COMPLETED is there, or STATUS:COMPLETED
-    int priority = 0;
+    Seldom<ToDo> toDo;
 
-    QList<Alarm> alarms;
+    Seldom<QList<Alarm>> alarms;
 
-    bool repeats() const { return !rules.isEmpty() || !added.isEmpty(); }
+    bool repeats() const { return !repetition->rules.isEmpty() || !repetition->added.isEmpty(); }
 };
 
 // Something in a file that could not be taken as it stands.
@@ -85,12 +97,17 @@ struct Problem {
     QString text; // for the log
 };
 
+// What a file says of the calendar as a whole.
+struct Heading {
+    QString name; // X-WR-CALNAME, empty when missing
+    QString color; // X-APPLE-CALENDAR-COLOR or COLOR (RFC 7986), empty when missing
+};
+
 // Everything of interest in one file.
 struct Document {
     QList<Item> items;
-    QString calendarName; // X-WR-CALNAME, empty when missing
-    QString calendarColor; // X-APPLE-CALENDAR-COLOR or COLOR (RFC 7986), empty when missing
-    QList<Problem> problems; // bounded in number
+    Seldom<Heading> heading;
+    Seldom<QList<Problem>> problems; // bounded in number
     // The text ends before its components do: perhaps somebody is still writing it.
     bool isCut = false;
     // The text was in another encoding than UTF-8 (UTF-16) and had to be converted as a whole: the places

@@ -91,6 +91,7 @@ private:
     void takeAlarmProperty(Alarm &alarm, const PropertyLine &property);
     void takeAddedDates(Item &item, const PropertyLine &property, int number);
     void finish(Draft &draft);
+    static void finishAlarms(QList<Alarm> &alarms);
     void finishEvent(Draft &draft);
     void finishTask(Draft &draft);
 
@@ -129,8 +130,10 @@ void Reader::read()
         else if (role.kind == Role::Kind::Item)
             takeItemProperty(m_drafts[role.draft], property, line.number);
         else
-            takeAlarmProperty(m_drafts[role.draft].item.alarms[role.alarm], property);
+            takeAlarmProperty(m_drafts[role.draft].item.alarms.edit()[role.alarm], property);
     }
+    // Exactly as much as it takes: most texts hold one item, and thousands of them are kept.
+    m_document.items.reserve(static_cast<qsizetype>(m_drafts.size()));
     for (Draft &draft : m_drafts)
         finish(draft);
 }
@@ -153,7 +156,7 @@ void Reader::assignRoles()
             const Role &parent = m_roles[static_cast<std::size_t>(component.parent)];
             if (parent.kind != Role::Kind::Item)
                 continue;
-            QList<Alarm> &alarms = m_drafts[parent.draft].item.alarms;
+            QList<Alarm> &alarms = m_drafts[parent.draft].item.alarms.edit();
             m_roles[i] = { Role::Kind::Alarm, parent.draft, alarms.size() };
             alarms.append(Alarm());
         }
@@ -163,19 +166,24 @@ void Reader::assignRoles()
 void Reader::takeCalendarProperty(const PropertyLine &property)
 {
     const QByteArray &name = property.name();
-    if (name == "X-WR-CALNAME" && m_document.calendarName.isEmpty())
-        m_document.calendarName = parsedText(property.value());
-    else if (name == "X-APPLE-CALENDAR-COLOR" || (name == "COLOR" && m_document.calendarColor.isEmpty()))
-        m_document.calendarColor = parsedText(property.value()).trimmed();
+    Seldom<Heading> &heading = m_document.heading;
+    if (name == "X-WR-CALNAME" && heading->name.isEmpty())
+        heading.edit().name = parsedText(property.value());
+    else if (name == "X-APPLE-CALENDAR-COLOR" || (name == "COLOR" && heading->color.isEmpty()))
+        heading.edit().color = parsedText(property.value()).trimmed();
 }
 
 void Reader::takeItemProperty(Draft &draft, const PropertyLine &property, int number)
 {
     Item &item = draft.item;
     const QByteArray &name = property.name();
-    const auto takeText = [&](std::optional<QString> &field) {
-        if (!field)
-            field = presentText(parsedText(property.value()));
+    const auto takeText = [](QString &field, const QString &text) {
+        if (field.isEmpty())
+            field = text;
+    };
+    const auto takeSeldomText = [](Seldom<QString> &field, const QString &text) {
+        if (field->isEmpty() && !text.isEmpty())
+            field.edit() = text;
     };
     if (takeTimeProperty(draft, property, number))
         return;
@@ -183,19 +191,19 @@ void Reader::takeItemProperty(Draft &draft, const PropertyLine &property, int nu
         if (item.uid.isEmpty())
             item.uid = parsedText(property.value()).trimmed();
     } else if (name == "SUMMARY") {
-        takeText(item.summary);
+        takeText(item.summary, parsedText(property.value()));
     } else if (name == "DESCRIPTION") {
-        takeText(item.description);
+        takeSeldomText(item.description, parsedText(property.value()));
     } else if (name == "LOCATION") {
-        takeText(item.location);
+        takeText(item.location, parsedText(property.value()));
     } else if (name == "URL") {
-        if (!item.url)
-            item.url = presentText(decoded(property.value()).trimmed());
+        takeSeldomText(item.url, decoded(property.value()).trimmed());
     } else if (name == "STATUS") {
         const QByteArray status = property.value().toByteArray().trimmed().toUpper();
         if (!draft.hasStatus) {
             item.isCancelled = status == "CANCELLED";
-            item.isCompleted = item.isCompleted || status == "COMPLETED";
+            if (status == "COMPLETED")
+                item.toDo.edit().isCompleted = true;
         }
         draft.hasStatus = true;
     } else if (name == "SEQUENCE") {
@@ -204,12 +212,13 @@ void Reader::takeItemProperty(Draft &draft, const PropertyLine &property, int nu
                 std::clamp<qint64>(parsedInteger(property.value()).value_or(0), 0, std::numeric_limits<int>::max()));
         draft.hasSequence = true;
     } else if (name == "PRIORITY") {
-        if (!draft.hasPriority)
-            item.priority = static_cast<int>(std::clamp<qint64>(parsedInteger(property.value()).value_or(0), 0, 9));
+        const auto priority = std::clamp<qint64>(parsedInteger(property.value()).value_or(0), 0, 9);
+        if (!draft.hasPriority && priority > 0)
+            item.toDo.edit().priority = static_cast<int>(priority);
         draft.hasPriority = true;
     } else if (name == "RRULE") {
         if (!property.value().trimmed().isEmpty())
-            item.rules.append(property.value().trimmed().toByteArray());
+            item.repetition.edit().rules.append(property.value().trimmed().toByteArray());
     } else if (name == "ATTENDEE") {
         Attendee attendee;
         attendee.address = decoded(property.value()).trimmed();
@@ -217,7 +226,7 @@ void Reader::takeItemProperty(Draft &draft, const PropertyLine &property, int nu
             attendee.commonName = presentText(decoded(*commonName));
         if (const auto status = property.parameter("PARTSTAT"))
             attendee.status = presentText(decoded(status->toUpper()));
-        item.attendees.append(attendee);
+        item.attendees.edit().append(attendee);
     }
 }
 
@@ -239,7 +248,7 @@ bool Reader::takeTimeProperty(Draft &draft, const PropertyLine &property, int nu
     } else if (name == "DUE") {
         takeTime(draft.due);
     } else if (name == "RECURRENCE-ID") {
-        takeTime(item.recurrenceId);
+        takeTime(item.repetition.edit().recurrenceId);
     } else if (name == "DURATION") {
         if (!draft.duration)
             draft.duration = parsedDuration(property.value());
@@ -248,7 +257,7 @@ bool Reader::takeTimeProperty(Draft &draft, const PropertyLine &property, int nu
     } else if (name == "EXDATE") {
         for (const QByteArray &one : property.value().toByteArray().split(',')) {
             if (const auto excluded = time(property, one))
-                item.excluded.append(*excluded);
+                item.repetition.edit().excluded.append(*excluded);
             else
                 noteValue(property, number);
         }
@@ -267,9 +276,9 @@ void Reader::takeCompleted(Draft &draft, const PropertyLine &property, int numbe
     if (draft.hasCompleted || property.value().trimmed().isEmpty())
         return;
     draft.hasCompleted = true;
-    draft.item.isCompleted = true;
+    draft.item.toDo.edit().isCompleted = true;
     if (const auto completed = time(property, property.value()))
-        draft.item.completed = completed->toUtc(*m_local);
+        draft.item.toDo.edit().completed = completed->toUtc(*m_local);
     else
         noteValue(property, number);
 }
@@ -295,7 +304,7 @@ void Reader::takeAddedDates(Item &item, const PropertyLine &property, int number
                 added.end = time(property, end);
             }
         }
-        item.added.append(added);
+        item.repetition.edit().added.append(added);
     }
 }
 
@@ -322,14 +331,21 @@ void Reader::takeAlarmProperty(Alarm &alarm, const PropertyLine &property)
     }
 }
 
-void Reader::finish(Draft &draft)
+void Reader::finishAlarms(QList<Alarm> &alarms)
 {
-    for (Alarm &alarm : draft.item.alarms) {
+    for (Alarm &alarm : alarms) {
         if (alarm.action != QStringLiteral("AUDIO"))
             alarm.sound.reset();
         if (alarm.action != QStringLiteral("PROCEDURE"))
             alarm.url.reset();
     }
+    alarms.squeeze();
+}
+
+void Reader::finish(Draft &draft)
+{
+    if (!draft.item.alarms->isEmpty())
+        finishAlarms(draft.item.alarms.edit());
     if (draft.item.kind == Item::Kind::Event)
         finishEvent(draft);
     else
@@ -353,11 +369,11 @@ CivilTime later(const CivilTime &start, const DurationValue &length)
 void Reader::finishEvent(Draft &draft)
 {
     Item &item = draft.item;
-    if (!item.start && !item.recurrenceId) {
+    if (!item.start && !item.repetition->recurrenceId) {
         note(draft.line, QStringLiteral("an event has no start and is not shown"));
         return;
     }
-    const CivilTime start = item.start.value_or(item.recurrenceId.value_or(CivilTime()));
+    const CivilTime start = item.start.value_or(item.repetition->recurrenceId.value_or(CivilTime()));
     const DurationValue given = draft.duration.value_or(DurationValue());
     DurationValue length { std::max<qint64>(given.days, 0), std::max<qint64>(given.seconds, 0) };
     item.hasDuration = !draft.end && draft.duration;
@@ -391,9 +407,9 @@ void Reader::finishTask(Draft &draft)
 {
     Item &item = draft.item;
     if (draft.due)
-        item.due = draft.due;
+        item.toDo.edit().due = draft.due;
     else if (item.start && draft.duration)
-        item.due = later(
+        item.toDo.edit().due = later(
             *item.start, { std::max<qint64>(draft.duration->days, 0), std::max<qint64>(draft.duration->seconds, 0) });
 }
 
@@ -455,8 +471,8 @@ ZonePtr Reader::zone(const QByteArray &tzid)
 
 void Reader::note(int line, const QString &text)
 {
-    if (m_document.problems.size() < mostProblems)
-        m_document.problems.append({ line, text });
+    if (m_document.problems->size() < mostProblems)
+        m_document.problems.edit().append({ line, text });
 }
 
 void Reader::noteValue(const PropertyLine &property, int number)
@@ -485,11 +501,12 @@ Document readDocument(const QByteArray &text, ZoneRegistry &zones)
     document.isUnclosed = !std::ranges::all_of(lines.components(),
         [&](const Component &component) { return component.isClosed && isInPlace(component, lines); });
     if (lines.components().empty())
-        document.problems.append({ 0, QStringLiteral("there is no calendar data in it") });
+        document.problems.edit().append({ 0, QStringLiteral("there is no calendar data in it") });
     else if (document.isCut)
-        document.problems.append({ 0, QStringLiteral("the text ends before its components do") });
+        document.problems.edit().append({ 0, QStringLiteral("the text ends before its components do") });
     else if (document.isUnclosed)
-        document.problems.append({ 0, QStringLiteral("a component lacks its end, so nothing is changed in it") });
+        document.problems.edit().append(
+            { 0, QStringLiteral("a component lacks its end, so nothing is changed in it") });
     Reader(lines, zones, document).read();
     return document;
 }

@@ -87,7 +87,7 @@ private:
     // Takes an occurrence that the series makes if it lies in the range and is neither excluded nor overridden.
     void take(const CivilTime &start, const CivilTime &end);
     bool isBeforeUntil(const RecurrenceRule &rule, CivilSeconds civil) const;
-    qsizetype followedRules() const { return std::min(mostRules, m_master.rules.size()); }
+    qsizetype followedRules() const { return std::min(mostRules, m_master.repetition->rules.size()); }
     void takeRule(const RecurrenceRule &rule);
     void takeAddedDates();
     void takeOverrides();
@@ -115,7 +115,7 @@ Series::Series(const Item &master, const QList<const Item *> &overrides, const Z
     , m_start(master.start.value_or(CivilTime()))
     , m_zone(zoneOf(m_start, local))
 {
-    for (const CivilTime &time : master.excluded)
+    for (const CivilTime &time : master.repetition->excluded)
         name(m_excluded, time);
     m_excluded.sort();
     chooseOverrides();
@@ -142,11 +142,11 @@ void Series::chooseOverrides()
     std::vector<Candidate> candidates;
     for (int i = 0; i < static_cast<int>(m_overrides.size()); ++i) {
         const Item &override = *m_overrides[i];
-        if (!override.recurrenceId)
+        if (!override.repetition->recurrenceId)
             continue;
-        const CivilTime recurrenceId = inFormOfSeries(*override.recurrenceId);
+        const CivilTime recurrenceId = inFormOfSeries(*override.repetition->recurrenceId);
         candidates.push_back({ recurrenceId.toUtc(m_local), override.sequence, i });
-        name(m_overridden, *override.recurrenceId);
+        name(m_overridden, *override.repetition->recurrenceId);
     }
     m_overridden.sort();
     std::ranges::stable_sort(candidates, [](const Candidate &a, const Candidate &b) {
@@ -235,7 +235,7 @@ void Series::takeRule(const RecurrenceRule &rule)
 
 void Series::takeAddedDates()
 {
-    for (const AddedDate &added : m_master.added) {
+    for (const AddedDate &added : m_master.repetition->added) {
         CivilTime start = added.start;
         if (m_start.isDate() || start.isDate())
             start = inFormOfSeries(start);
@@ -247,12 +247,13 @@ void Series::takeOverrides()
 {
     for (const int index : m_chosenOverrides) {
         const Item &override = *m_overrides[index];
-        const CivilTime start = override.start.value_or(*override.recurrenceId);
+        const CivilTime start = override.start.value_or(*override.repetition->recurrenceId);
         const CivilTime end = override.end.value_or(start);
         const UtcSeconds startInstant = start.toUtc(m_local);
         const UtcSeconds endInstant = std::max(startInstant, end.toUtc(m_local));
         if (overlaps(startInstant, endInstant, m_from, m_to))
-            m_made.push_back({ startInstant, { inFormOfSeries(*override.recurrenceId), start, end, index } });
+            m_made.push_back(
+                { startInstant, { inFormOfSeries(*override.repetition->recurrenceId), start, end, index } });
     }
 }
 
@@ -263,9 +264,9 @@ Expansion Series::expand(UtcSeconds from, UtcSeconds to)
     if (m_master.start) {
         const bool endsAsWritten = m_master.end && !m_master.hasDuration;
         take(m_start, endsAsWritten ? *m_master.end : endOf(m_start));
-        m_repeatsTooOften = m_master.rules.size() > mostRules;
+        m_repeatsTooOften = m_master.repetition->rules.size() > mostRules;
         for (qsizetype i = 0; i < followedRules(); ++i) {
-            if (const auto rule = RecurrenceRule::parsed(m_master.rules[i]))
+            if (const auto rule = RecurrenceRule::parsed(m_master.repetition->rules[i]))
                 takeRule(*rule);
         }
         takeAddedDates();
@@ -320,7 +321,7 @@ std::optional<UtcSeconds> Series::lastEnd()
             last = std::max(last, m_master.end->toUtc(m_local));
         last = std::max(last, endOf(m_start).toUtc(m_local));
         for (qsizetype i = 0; i < followedRules(); ++i) {
-            const auto rule = RecurrenceRule::parsed(m_master.rules[i]);
+            const auto rule = RecurrenceRule::parsed(m_master.repetition->rules[i]);
             if (!rule)
                 continue;
             const auto end = lastEndOfRule(*rule);
@@ -328,7 +329,7 @@ std::optional<UtcSeconds> Series::lastEnd()
                 return std::nullopt;
             last = std::max(last, *end);
         }
-        for (const AddedDate &added : m_master.added) {
+        for (const AddedDate &added : m_master.repetition->added) {
             const CivilTime start
                 = m_start.isDate() || added.start.isDate() ? inFormOfSeries(added.start) : added.start;
             last = std::max({ last, start.toUtc(m_local), added.end.value_or(endOf(start)).toUtc(m_local) });
@@ -336,7 +337,7 @@ std::optional<UtcSeconds> Series::lastEnd()
     }
     for (const int index : m_chosenOverrides) {
         const Item &override = *m_overrides[index];
-        const CivilTime start = override.start.value_or(*override.recurrenceId);
+        const CivilTime start = override.start.value_or(*override.repetition->recurrenceId);
         last = std::max({ last, start.toUtc(m_local), override.end.value_or(start).toUtc(m_local) });
     }
     return last;

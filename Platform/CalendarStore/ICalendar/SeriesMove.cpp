@@ -267,6 +267,7 @@ void SeriesMover::moveDates(const QByteArray &name)
 {
     const bool isAdded = name == "RDATE";
     qsizetype next = 0;
+    const Item::Repetition &repetition = *master().repetition;
     for (const std::size_t line : linesNamed(m_series.lines(), master().component, name)) {
         const PropertyLine property = m_series.property(static_cast<int>(line));
         QByteArrayList values;
@@ -274,11 +275,12 @@ void SeriesMover::moveDates(const QByteArray &name)
         for (const QByteArray &value : property.value().toByteArray().split(',')) {
             const qsizetype slash = isAdded ? value.indexOf('/') : -1;
             const QByteArray start = slash < 0 ? value : value.first(slash);
-            if (!parsedDateTime(start) || next >= (isAdded ? master().added.size() : master().excluded.size())) {
+            if (!parsedDateTime(start) || next >= (isAdded ? repetition.added.size() : repetition.excluded.size())) {
                 values.append(value);
                 continue;
             }
-            const AddedDate added = isAdded ? master().added.at(next) : AddedDate { master().excluded.at(next), {} };
+            const AddedDate added
+                = isAdded ? repetition.added.at(next) : AddedDate { repetition.excluded.at(next), {} };
             ++next;
             if (!isOtherKind())
                 lineForm = TimeForm::of(property, added.start);
@@ -300,7 +302,7 @@ void SeriesMover::moveDates(const QByteArray &name)
 void SeriesMover::moveRecurrenceId(int index)
 {
     const int line = m_series.lineOf(index, "RECURRENCE-ID");
-    const auto &recurrenceId = m_series.item(index).recurrenceId;
+    const auto &recurrenceId = m_series.item(index).repetition->recurrenceId;
     if (line < 0 || !recurrenceId)
         return;
     const PropertyLine property = m_series.property(line);
@@ -322,7 +324,7 @@ void SeriesMover::moveOverride(int index)
 {
     const Item &item = m_series.item(index);
     const Zone &local = m_series.local();
-    if (!item.recurrenceId)
+    if (!item.repetition->recurrenceId)
         return;
     if (isMoved())
         moveRecurrenceId(index);
@@ -340,7 +342,7 @@ void SeriesMover::moveOverride(int index)
             isSameLength ? std::nullopt : std::optional(times.end - times.start));
         return;
     }
-    const SeriesText::Place place = m_series.place(*item.recurrenceId);
+    const SeriesText::Place place = m_series.place(*item.repetition->recurrenceId);
     if (!item.start || item.start->isDate() != form().isDate() || item.start->toUtc(local) != place.start.toUtc(local))
         return;
     const bool isAsLong = lengthOf(item) == lengthOf(master());

@@ -43,7 +43,7 @@ public:
         , m_component(series.lines().components()[static_cast<std::size_t>(series.master().component)])
     {
         const Zone &local = series.local();
-        m_hasOwnEnd = std::ranges::any_of(series.master().added,
+        m_hasOwnEnd = std::ranges::any_of(series.master().repetition->added,
             [&](const AddedDate &added) { return added.end && added.start.toUtc(local) == place.start.toUtc(local); });
     }
 
@@ -190,9 +190,9 @@ QByteArray withoutOccurrence(const SeriesText &series, const SeriesText::Place &
 bool differsFromSeries(const SeriesText &series, int override)
 {
     const Item &item = series.item(override);
-    if (!item.recurrenceId)
+    if (!item.repetition->recurrenceId)
         return true;
-    const SeriesText::Place place = series.place(*item.recurrenceId);
+    const SeriesText::Place place = series.place(*item.repetition->recurrenceId);
     if (!place.isMade || contentOf(series, override) != contentOf(series, series.items().master))
         return true;
     const Zone &local = series.local();

@@ -69,7 +69,7 @@ QList<int> SeriesText::overridesAt(const Place &place) const
 {
     QList<int> found;
     for (const int index : m_items.overrides) {
-        const auto &recurrenceId = item(index).recurrenceId;
+        const auto &recurrenceId = item(index).repetition->recurrenceId;
         if (recurrenceId && isNamedBy(place, *recurrenceId))
             found.append(index);
     }

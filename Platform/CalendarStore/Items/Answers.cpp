@@ -29,7 +29,7 @@ void addOccurrences(CalEventList &events, const RecordMaker &maker, const GroupR
         if (!includes(question, times))
             continue;
         const int override = occurrence.overriddenBy;
-        const Item &values = ref.set->item(override >= 0 ? ref.get().overrides.at(override) : ref.get().master);
+        const Item &values = ref.set->item(override >= 0 ? ref.get().overrides->at(override) : ref.get().master);
         events << maker.event(ref, values, times, recurrenceIdText(occurrence.recurrenceId));
     }
 }
@@ -61,8 +61,7 @@ CalEventList eventsOf(const ItemIndex &index, const CalCalendarPtr &calendar, co
         const Item &item = ref.set->representative(ref.get());
         const auto times = timesOfItem(item);
         if (times && includes(question, *times)) {
-            events << maker.event(
-                ref, item, *times, item.recurrenceId ? recurrenceIdText(*item.recurrenceId) : QString());
+            events << maker.event(ref, item, *times, recurrenceIdText(item.repetition->recurrenceId));
         }
     }
     return events;

@@ -19,7 +19,7 @@ constexpr qint64 secondsPerDay = 86400;
 Expansion expand(const GroupRef &ref, UtcSeconds from, UtcSeconds to, const ICalendar::Zone &local)
 {
     QList<const Item *> overrides;
-    for (const int index : ref.get().overrides)
+    for (const int index : *ref.get().overrides)
         overrides << &ref.set->item(index);
     return ICalendar::expandSeries(ref.set->item(ref.get().master), overrides, from, to, local);
 }
@@ -27,7 +27,7 @@ Expansion expand(const GroupRef &ref, UtcSeconds from, UtcSeconds to, const ICal
 // Such a series fills a window of weeks with thousands of occurrences.
 bool repeatsWithinTheDay(const Item &master)
 {
-    return std::ranges::any_of(master.rules, [](const QByteArray &rule) {
+    return std::ranges::any_of(master.repetition->rules, [](const QByteArray &rule) {
         return rule.contains("HOURLY") || rule.contains("MINUTELY") || rule.contains("SECONDLY")
             || rule.contains("BYHOUR") || rule.contains("BYMINUTE") || rule.contains("BYSECOND");
     });

@@ -25,7 +25,7 @@ public:
         const ItemGroup &members = set.groups().at(static_cast<size_t>(group));
         if (members.master >= 0)
             m_ofGroup.insert(set.item(members.master).component);
-        for (const int index : members.overrides)
+        for (const int index : *members.overrides)
             m_ofGroup.insert(set.item(index).component);
     }
 

@@ -114,7 +114,7 @@ private:
         if (m_item.start)
             m_patch.setInstant("DTSTART", start, m_item.start, "DTSTART");
         else
-            m_patch.setInstant("DTSTART", start, m_item.recurrenceId, "RECURRENCE-ID");
+            m_patch.setInstant("DTSTART", start, m_item.repetition->recurrenceId, "RECURRENCE-ID");
     }
 
     void writeEnd(ICalendar::UtcSeconds end)
@@ -159,7 +159,7 @@ void patchDueDate(ComponentPatch &patch, const Item &item, const CalTask &task)
     else if (isDueOnDay(task))
         patch.setDate("DUE", task.dueDate()->date());
     else
-        patch.setInstant("DUE", task.dueDate()->toSecsSinceEpoch(), patch.has("DUE") ? item.due : item.start,
+        patch.setInstant("DUE", task.dueDate()->toSecsSinceEpoch(), patch.has("DUE") ? item.toDo->due : item.start,
             patch.has("DUE") ? "DUE" : "DTSTART");
 }
 

@@ -47,8 +47,6 @@ ItemSet::ItemSet(QString name, const QByteArray &text, ICalendar::ZoneRegistry &
     , m_version(std::move(version))
     , m_document(ICalendar::readDocument(text, zones))
 {
-    // Thousands of sets are kept, most of them of one item: what a list holds ready for more would be half of it all.
-    m_document.items.squeeze();
     nameTheNameless();
     makeGroups();
 }
@@ -65,7 +63,17 @@ const QString &ItemSet::uidOf(const ItemGroup &group) const
 
 const Item &ItemSet::representative(const ItemGroup &group) const
 {
-    return item(group.master >= 0 ? group.master : group.overrides.first());
+    return item(group.master >= 0 ? group.master : group.overrides->first());
+}
+
+QStringList ItemSet::uids() const
+{
+    QStringList uids;
+    for (const ItemGroup &group : m_groups) {
+        if (group.ordinal == 0)
+            uids << uidOf(group);
+    }
+    return uids;
 }
 
 void ItemSet::nameTheNameless()
@@ -77,12 +85,12 @@ void ItemSet::nameTheNameless()
             each.uid = m_name;
         if (!each.uid.isEmpty()) {
             // One that was given such a name for good keeps it, and the others keep theirs.
-            if (!each.recurrenceId && each.uid.startsWith(m_name))
+            if (!each.repetition->recurrenceId && each.uid.startsWith(m_name))
                 ++nameless;
             continue;
         }
         // An override belongs to the series that has no UID either.
-        if (each.recurrenceId) {
+        if (each.repetition->recurrenceId) {
             each.uid = m_name;
             continue;
         }
@@ -93,54 +101,53 @@ void ItemSet::nameTheNameless()
 
 void ItemSet::makeGroups()
 {
-    QHash<QString, int> seriesByUid;
+    Grouping grouping;
     // Series first: an override may stand before its series in the text.
     for (const bool overrides : { false, true }) {
         for (int index = 0; index < m_document.items.size(); ++index) {
-            if (item(index).recurrenceId.has_value() != overrides)
+            if (item(index).repetition->recurrenceId.has_value() != overrides)
                 continue;
             if (item(index).kind == Item::Kind::Task)
-                addTask(index);
+                addTask(index, grouping);
             else
-                addEvent(index, seriesByUid);
+                addEvent(index, grouping);
         }
     }
     for (ItemGroup &group : m_groups)
         boundTimes(group);
-    m_uids = m_groupsByUid.keys();
-    m_groupsByUid.clear();
+    m_groups.shrink_to_fit();
 }
 
-void ItemSet::addTask(int index)
+void ItemSet::addTask(int index, Grouping &grouping)
 {
     ItemGroup group;
     group.kind = Item::Kind::Task;
     group.master = index;
-    group.ordinal = m_groupsByUid[item(index).uid]++;
+    group.ordinal = grouping.groups[item(index).uid]++;
     m_groups.push_back(std::move(group));
 }
 
-void ItemSet::addEvent(int index, QHash<QString, int> &seriesByUid)
+void ItemSet::addEvent(int index, Grouping &grouping)
 {
     const Item &event = item(index);
-    if (event.recurrenceId) {
-        if (const auto series = seriesByUid.constFind(event.uid); series != seriesByUid.cend()) {
+    if (event.repetition->recurrenceId) {
+        if (const auto series = grouping.series.constFind(event.uid); series != grouping.series.cend()) {
             ItemGroup &group = m_groups[static_cast<size_t>(*series)];
-            group.overrides << index;
+            group.overrides.edit() << index;
             group.needsExpansion = true;
             return;
         }
     }
     ItemGroup group;
-    group.needsExpansion = event.repeats() && !event.recurrenceId;
+    group.needsExpansion = event.repeats() && !event.repetition->recurrenceId;
     // An override without its series takes part by itself, like an event that happens once.
-    if (event.recurrenceId)
-        group.overrides << index;
+    if (event.repetition->recurrenceId)
+        group.overrides.edit() << index;
     else
         group.master = index;
-    group.ordinal = m_groupsByUid[event.uid]++;
-    if (!event.recurrenceId && !seriesByUid.contains(event.uid))
-        seriesByUid.insert(event.uid, static_cast<int>(m_groups.size()));
+    group.ordinal = grouping.groups[event.uid]++;
+    if (!event.repetition->recurrenceId && !grouping.series.contains(event.uid))
+        grouping.series.insert(event.uid, static_cast<int>(m_groups.size()));
     m_groups.push_back(std::move(group));
 }
 
@@ -160,7 +167,7 @@ void ItemSet::boundTimes(ItemGroup &group) const
     }
 
     QList<const Item *> overrides;
-    for (const int index : group.overrides) {
+    for (const int index : *group.overrides) {
         overrides << &item(index);
         if (const auto times = timesOfItem(item(index)))
             widen(earliest, roughInstant(times->start, *local));
@@ -168,7 +175,7 @@ void ItemSet::boundTimes(ItemGroup &group) const
     const Item &master = item(group.master);
     if (const auto times = timesOfItem(master))
         widen(earliest, roughInstant(times->start, *local));
-    for (const ICalendar::AddedDate &added : master.added)
+    for (const ICalendar::AddedDate &added : master.repetition->added)
         widen(earliest, roughInstant(added.start, *local));
     if (!earliest)
         return;

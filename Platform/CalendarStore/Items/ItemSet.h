@@ -26,18 +26,17 @@ namespace Items
 // or a to-do.
 struct ItemGroup {
     ICalendar::Item::Kind kind = ICalendar::Item::Kind::Event;
+    bool needsExpansion = false;
     int master = -1; // index of the item; -1 for overrides without their series
-    QList<int> overrides; // indexes of items
     // How many earlier groups of the set have the same UID: both of two equals are shown.
     int ordinal = 0;
+    ICalendar::Seldom<QList<int>> overrides; // indexes of items
 
     // Instants that bound every occurrence in whichever zone days and floating
     // times are meant, so that an index by them outlives a change of zone.
     // Without a start the group is at no time at all; without an end it goes on for ever.
     std::optional<ICalendar::UtcSeconds> earliest;
     std::optional<ICalendar::UtcSeconds> latest;
-
-    bool needsExpansion = false;
 };
 
 // The items that are kept together under one name: in a file, or whatever a service
@@ -64,24 +63,29 @@ public:
 
     const ICalendar::Item &item(int index) const { return m_document.items.at(index); }
     // All UIDs of the items, each once.
-    const QStringList &uids() const { return m_uids; }
+    QStringList uids() const;
     // The UID by which the item is known: its own, or one made of the set's name when it has none.
     const QString &uidOf(const ItemGroup &group) const;
     const ICalendar::Item &representative(const ItemGroup &group) const;
 
 private:
+    // By UID, while groups are made.
+    struct Grouping {
+        QHash<QString, int> groups; // how many
+        QHash<QString, int> series; // index of the group
+    };
+
     void nameTheNameless();
     void makeGroups();
-    void addTask(int index);
-    void addEvent(int index, QHash<QString, int> &seriesByUid);
+    void addTask(int index, Grouping &grouping);
+    void addEvent(int index, Grouping &grouping);
     void boundTimes(ItemGroup &group) const;
 
+    // Thousands of sets are kept, most of them of one item: what follows from the rest is not kept beside it.
     QString m_name;
     QByteArray m_version;
     ICalendar::Document m_document;
     std::vector<ItemGroup> m_groups;
-    QStringList m_uids;
-    QHash<QString, int> m_groupsByUid;
 };
 
 using ItemSetPtr = std::shared_ptr<const ItemSet>;

@@ -14,7 +14,7 @@ std::optional<ItemTimes> timesOfItem(const Item &item)
 
     if (item.start && item.end)
         return ItemTimes { *item.start, *item.end };
-    const std::optional<CivilTime> start = item.start ? item.start : item.recurrenceId;
+    const std::optional<CivilTime> start = item.start ? item.start : item.repetition->recurrenceId;
     if (!start)
         return std::nullopt;
     ItemTimes times { *start, item.end.value_or(*start) };

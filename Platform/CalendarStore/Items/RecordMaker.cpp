@@ -18,24 +18,23 @@ namespace
 {
 
 // A property that holds nothing counts as one that is not there.
-std::optional<QString> unlessEmpty(const std::optional<QString> &text)
+std::optional<QString> unlessEmpty(const QString &text)
 {
-    return text && !text->isEmpty() ? text : std::nullopt;
+    return text.isEmpty() ? std::nullopt : std::optional(text);
 }
 
-std::optional<QUrl> urlOf(const std::optional<QString> &text)
+std::optional<QUrl> urlOf(const QString &text)
 {
-    const auto given = unlessEmpty(text);
-    return given ? std::optional(QUrl(given->trimmed(), QUrl::TolerantMode)) : std::nullopt;
+    return text.isEmpty() ? std::nullopt : std::optional(QUrl(text.trimmed(), QUrl::TolerantMode));
 }
 
 std::optional<QList<CalAttendee>> attendeesOf(const Item &item)
 {
-    if (item.attendees.isEmpty())
+    if (item.attendees->isEmpty())
         return std::nullopt;
     QList<CalAttendee> attendees;
-    for (const ICalendar::Attendee &each : item.attendees)
-        attendees << CalAttendee { unlessEmpty(each.commonName), QUrl(each.address), unlessEmpty(each.status) };
+    for (const ICalendar::Attendee &each : *item.attendees)
+        attendees << CalAttendee { each.commonName, QUrl(each.address), each.status };
     return attendees;
 }
 
@@ -67,7 +66,7 @@ CalEventPtr RecordMaker::event(
     record->setAttendees(attendeesOf(item));
     record->setIsCancelled(item.isCancelled);
     if (ref.get().needsExpansion)
-        record->setRecurrenceRule(CalRecurrenceRule { ref.set->item(ref.get().master).rules.join('\n') });
+        record->setRecurrenceRule(CalRecurrenceRule { ref.set->item(ref.get().master).repetition->rules.join('\n') });
     record->markAsRead();
     return record;
 }
@@ -76,15 +75,16 @@ CalTaskPtr RecordMaker::task(const GroupRef &ref) const
 {
     const Item &item = ref.set->representative(ref.get());
     auto record = std::make_shared<CalTask>();
-    fill(*record, ref, item, item.recurrenceId ? recurrenceIdText(*item.recurrenceId) : QString());
-    if (item.due) {
-        record->setDueDate(localTime(item.due->toUtc(*m_local)));
-        record->setIsDueDateOnly(item.due->isDate());
+    fill(*record, ref, item, recurrenceIdText(item.repetition->recurrenceId));
+    const Item::ToDo &toDo = *item.toDo;
+    if (toDo.due) {
+        record->setDueDate(localTime(toDo.due->toUtc(*m_local)));
+        record->setIsDueDateOnly(toDo.due->isDate());
     }
-    if (item.completed)
-        record->setCompletedDate(localTime(*item.completed));
-    record->setIsCompleted(item.isCompleted);
-    record->setPriority(item.priority);
+    if (toDo.completed)
+        record->setCompletedDate(localTime(*toDo.completed));
+    record->setIsCompleted(toDo.isCompleted);
+    record->setPriority(toDo.priority);
     record->markAsRead();
     return record;
 }
@@ -94,11 +94,11 @@ void RecordMaker::fill(
 {
     record.setCalendar(m_calendar);
     record.setTitle(unlessEmpty(item.summary));
-    record.setNotes(unlessEmpty(item.description));
-    record.setUrl(urlOf(item.url));
+    record.setNotes(unlessEmpty(*item.description));
+    record.setUrl(urlOf(*item.url));
     CalAlarmList alarms;
-    for (int index = 0; index < item.alarms.size(); ++index)
-        alarms << alarm(item.alarms.at(index), index);
+    for (int index = 0; index < item.alarms->size(); ++index)
+        alarms << alarm(item.alarms->at(index), index);
     record.setAlarms(alarms);
     // Of sets that share no UID only items of one and the same set need to be told apart.
     const bool isAlone = ref.get().ordinal == 0 && !m_index.hasSharedUids();
@@ -109,11 +109,11 @@ void RecordMaker::fill(
 CalAlarmPtr RecordMaker::alarm(const ICalendar::Alarm &alarm, int index) const
 {
     auto record = std::make_shared<CalAlarm>();
-    record->setSound(unlessEmpty(alarm.sound));
+    record->setSound(alarm.sound);
     // After the sound, which would make a message alarm another kind than the stored one.
     record->setAction(alarm.action.isEmpty() ? CalAlarmActionDisplay : alarm.action);
-    record->setEmailAddress(unlessEmpty(alarm.emailAddress));
-    record->setUrl(urlOf(alarm.url));
+    record->setEmailAddress(alarm.emailAddress);
+    record->setUrl(urlOf(alarm.url.value_or(QString())));
     record->setRelativeTrigger(static_cast<double>(alarm.relativeTrigger));
     record->setRelatedToEnd(alarm.relatedToEnd);
     if (alarm.absoluteTrigger)
@@ -136,6 +136,11 @@ QString recurrenceIdText(const CivilTime &instant)
     if (instant.isDate())
         return time.toString(u"yyyyMMdd"_s);
     return time.toString(isAnchored ? u"yyyyMMdd'T'HHmmss'Z'"_s : u"yyyyMMdd'T'HHmmss"_s);
+}
+
+QString recurrenceIdText(const std::optional<CivilTime> &instant)
+{
+    return instant ? recurrenceIdText(*instant) : QString();
 }
 
 } // namespace Items

@@ -38,5 +38,7 @@ private:
 
 // The text by which an occurrence is known: the same in whichever zone the process stands.
 QString recurrenceIdText(const ICalendar::CivilTime &instant);
+// Empty for what is no occurrence of a series.
+QString recurrenceIdText(const std::optional<ICalendar::CivilTime> &instant);
 
 } // namespace Items

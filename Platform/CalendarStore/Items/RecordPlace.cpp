@@ -33,9 +33,9 @@ ICalendar::Item::Kind kindOf(const CalCalendarItem &record)
 // What a save makes of some values of a to-do.
 void takeStoredValues(CalTask &task, const ICalendar::Item &item)
 {
-    task.setCompletedDate(
-        item.completed ? std::optional(QDateTime::fromSecsSinceEpoch(*item.completed)) : std::nullopt);
-    task.setIsDueDateOnly(item.due && item.due->isDate());
+    const std::optional<ICalendar::UtcSeconds> completed = item.toDo->completed;
+    task.setCompletedDate(completed ? std::optional(QDateTime::fromSecsSinceEpoch(*completed)) : std::nullopt);
+    task.setIsDueDateOnly(item.toDo->due && item.toDo->due->isDate());
 }
 
 void takeStoredValues(CalEvent & /*event*/, const ICalendar::Item & /*item*/) { }
@@ -70,7 +70,7 @@ std::optional<int> groupIn(const ItemSet &set, const CalCalendarItem &record)
         if (group.kind != kindOf(record) || item.uid != origin.plainUid || group.ordinal != ordinalOf(origin))
             continue;
         // A series is one group, whichever of its occurrences the record is.
-        const QString recurrenceId = item.recurrenceId ? recurrenceIdText(*item.recurrenceId) : QString();
+        const QString recurrenceId = recurrenceIdText(item.repetition->recurrenceId);
         if (group.needsExpansion || recurrenceId == origin.recurrenceId)
             return index;
     }
@@ -93,7 +93,7 @@ QByteArray textWithUids(const ItemSet &set, int index, const QByteArray &text)
 {
     const ItemGroup &group = set.groups().at(static_cast<size_t>(index));
     ICalendar::TextPatcher patcher(text);
-    for (const int member : (group.master >= 0 ? QList<int> { group.master } : QList<int>()) + group.overrides) {
+    for (const int member : (group.master >= 0 ? QList<int> { group.master } : QList<int>()) + *group.overrides) {
         const ICalendar::Item &item = set.item(member);
         if (patcher.property(item.component, "UID").value_or(QByteArray()).trimmed().isEmpty())
             patcher.setProperty(item.component, "UID", ICalendar::escapedText(item.uid));

@@ -39,7 +39,7 @@ ICalendar::EventTimes timesOf(const CalEvent &event)
 ICalendar::SeriesItems itemsOf(const StoredText &stored)
 {
     const ItemGroup &group = stored.groupInSet();
-    return { group.master, group.overrides };
+    return { group.master, *group.overrides };
 }
 
 StoreError refusalOf(const CalEvent &event, SeriesFault fault)

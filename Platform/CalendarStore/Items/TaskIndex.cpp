@@ -15,7 +15,7 @@ template <typename Visit> void visitTasks(const ItemSet &set, Visit visit)
     for (int index = 0; index < static_cast<int>(set.groups().size()); ++index) {
         const GroupRef ref { &set, index };
         if (ref.get().kind == Item::Kind::Task)
-            visit(ref, set.representative(ref.get()));
+            visit(ref, *set.representative(ref.get()).toDo);
     }
 }
 
@@ -23,7 +23,7 @@ template <typename Visit> void visitTasks(const ItemSet &set, Visit visit)
 
 void TaskIndex::add(const ItemSet &set)
 {
-    visitTasks(set, [this](const GroupRef &ref, const Item &task) {
+    visitTasks(set, [this](const GroupRef &ref, const Item::ToDo &task) {
         if (!task.isCompleted)
             m_open.insert(ref);
         else if (task.completed)
@@ -35,7 +35,7 @@ void TaskIndex::add(const ItemSet &set)
 
 void TaskIndex::remove(const ItemSet &set)
 {
-    visitTasks(set, [this](const GroupRef &ref, const Item &task) {
+    visitTasks(set, [this](const GroupRef &ref, const Item::ToDo &task) {
         m_open.erase(ref);
         m_completedSometime.erase(ref);
         if (task.completed)

@@ -74,7 +74,7 @@ QStringList titlesIn(const FolderSynchronizer &synchronizer)
     QStringList titles;
     for (const auto &collection : synchronizer.collections()) {
         for (const FileSnapshotPtr &file : collection->files())
-            titles << file->document().items.constFirst().summary.value_or(QString());
+            titles << file->document().items.constFirst().summary;
     }
     titles.sort();
     return titles;

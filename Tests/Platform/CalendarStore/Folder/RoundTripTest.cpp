@@ -46,7 +46,8 @@ QSet<int> componentsOf(const ICalendar::Item &item, const ICalendar::Document &d
 {
     QSet<int> components { item.component };
     for (const ICalendar::Item &each : document.items) {
-        if (!item.recurrenceId && each.recurrenceId && each.uid == item.uid && each.summary == item.summary)
+        if (!item.repetition->recurrenceId && each.repetition->recurrenceId && each.uid == item.uid
+            && each.summary == item.summary)
             components << each.component;
     }
     return components;
@@ -75,8 +76,8 @@ CalCalendarItemPtr recordOf(const FolderCalendarStore &store, const ICalendar::I
     // The first occurrence may be excluded.
     const CalEventList events = store.events(start, start.addYears(10), store.calendars());
     const auto found = std::ranges::find_if(events, [&](const CalEventPtr &event) {
-        const bool isAtItsTime = !item.recurrenceId || event->startDate() == start;
-        return isAtItsTime && event->title().value_or(QString()) == item.summary.value_or(QString());
+        const bool isAtItsTime = !item.repetition->recurrenceId || event->startDate() == start;
+        return isAtItsTime && event->title().value_or(QString()) == item.summary;
     });
     return found == events.end() ? nullptr : *found;
 }
@@ -121,7 +122,7 @@ QString RoundTripTest::faultAfterAChangeOf(const ICalendar::Item &item, const QS
 
     const QString title = u"Changed, to \"this\"; über\\den"_s;
     record->setTitle(title);
-    if (const auto saved = save(*store, record, item.recurrenceId.has_value()); !saved)
+    if (const auto saved = save(*store, record, item.repetition->recurrenceId.has_value()); !saved)
         return u"refused: "_s + saved.error().reason;
 
     const QByteArray after = folder.read(u"c/sample.ics"_s);
@@ -151,7 +152,7 @@ void RoundTripTest::aChangedTitleChangesFourLinesAtMost()
         const QSet<int> concerned = componentsOf(*item, document);
         const auto single = std::ranges::find_if(document.items, [&](const ICalendar::Item &each) {
             return concerned.size() == 1 ? each.component == item->component
-                                         : each.recurrenceId && concerned.contains(each.component);
+                                         : each.repetition->recurrenceId && concerned.contains(each.component);
         });
         QString fault = faultAfterAChangeOf(*single, { single->component }, document, bytes);
         if (concerned.size() > 1 && fault.isEmpty()) {

@@ -74,7 +74,7 @@ void use(const QByteArray &text, ZoneRegistry &zones)
     const Document document = readDocument(text, zones);
     QList<const Item *> overrides;
     for (const Item &item : document.items) {
-        if (item.recurrenceId)
+        if (item.repetition->recurrenceId)
             overrides.append(&item);
     }
     const UtcSeconds day = dayNumber(2024, 1, 17) * secondsPerDay;

@@ -174,7 +174,7 @@ void DayTableTest::dayHoldsWhatTheStandardSays()
     Item master;
     QList<const Item *> overrides;
     for (const Item &item : document.items) {
-        if (item.recurrenceId)
+        if (item.repetition->recurrenceId)
             overrides.append(&item);
         else
             master = item;

@@ -342,7 +342,7 @@ Item seriesOf(const PlainRule &rule)
     Item item;
     item.start = CivilTime { rule.start(), rule.isDate ? CivilTime::Form::Date : CivilTime::Form::Utc, nullptr };
     item.end = item.start;
-    item.rules = { rule.text() };
+    item.repetition.edit().rules = { rule.text() };
     return item;
 }
 

@@ -31,7 +31,7 @@ public:
         , m_document(readDocument(m_text, m_zones))
     {
         for (int i = 0; i < m_document.items.size(); ++i) {
-            if (m_document.items[i].recurrenceId)
+            if (m_document.items[i].repetition->recurrenceId)
                 m_items.overrides.append(i);
             else
                 m_items.master = i;
@@ -59,7 +59,7 @@ public:
             one.values.start = QDateTime::fromSecsSinceEpoch(occurrence.start.toUtc(*local));
             one.values.end = QDateTime::fromSecsSinceEpoch(occurrence.end.toUtc(*local));
             one.values.isAllDay = occurrence.start.isDate();
-            one.values.title = item.summary.value_or(QString());
+            one.values.title = item.summary;
             const CivilTime &place = occurrence.recurrenceId;
             one.recurrenceId
                 = QDateTime::fromSecsSinceEpoch(place.isDate() ? place.civil : place.toUtc(*local), Qt::UTC)
