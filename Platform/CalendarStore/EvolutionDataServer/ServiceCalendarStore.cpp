@@ -15,11 +15,15 @@
 #include <ProblemLog.h>
 
 #include <QSet>
+#include <QTimer>
 
 #include <algorithm>
 #include <array>
+#include <chrono>
 #include <map>
 #include <utility>
+
+#include <malloc.h>
 
 using namespace Qt::StringLiterals;
 using Service::CalendarDescription;
@@ -31,6 +35,21 @@ namespace
 
 // A pleasant colour for sources without one: the service's own first choice.
 const QColor colorOfNone(0x62, 0xa0, 0xea);
+
+// After items have come, until what brought them is gone.
+constexpr std::chrono::seconds timeToLetGo { 2 };
+
+// While items come, the threads of the library take more than what is kept of them. It is free afterwards, but stays
+// with the process until it is asked for. That takes longer than a frame of the window, so a thread of the library does
+// it.
+void letGoOfFreeMemory()
+{
+    const Service::Owned<GTask> task(g_task_new(nullptr, nullptr, nullptr, nullptr));
+    g_task_run_in_thread(
+        task.get(), [](GTask *trimming, gpointer /*source*/, gpointer /*data*/, GCancellable * /*cancellable*/) {
+            g_task_return_boolean(trimming, ::malloc_trim(0) != 0 ? TRUE : FALSE);
+        });
+}
 
 } // namespace
 
@@ -68,6 +87,7 @@ public:
     Service::ServiceSaver saver;
     QStringList silent; // uids of calendars
     bool isUnreached = false;
+    QTimer letGo;
     QSet<QString> mended; // uids of sources that were looked at for saves that were not ended, since they answer
     bool isComplete = false;
 };
@@ -96,6 +116,8 @@ ServiceCalendarStore::Private::Private(ServiceCalendarStore *store, const Clock 
     };
     connect(&pulse, &Service::ServicePulse::answered, this, heartbeat(false));
     connect(&pulse, &Service::ServicePulse::unanswered, this, heartbeat(true));
+    letGo.setSingleShot(true);
+    connect(&letGo, &QTimer::timeout, this, letGoOfFreeMemory);
     // The calendars come within a moment, and are shown together.
     announcer.gather();
     list.open();
@@ -130,6 +152,7 @@ void ServiceCalendarStore::Private::takeSources()
             updateSilence();
             mendOnce(*client);
             updateCompleteness();
+            letGo.start(timeToLetGo);
         });
         client->open();
         kept.emplace(key, std::move(opened));
