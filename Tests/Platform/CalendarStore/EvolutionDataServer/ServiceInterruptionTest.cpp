@@ -59,6 +59,11 @@ QByteArray lineOf(const QByteArray &component, const QByteArray &name)
                      : component.sliced(begin + 1, component.indexOf('\n', begin + 1) - begin - 1).trimmed();
 }
 
+QByteArray calendarOf(const QByteArray &component)
+{
+    return "BEGIN:VCALENDAR\r\nVERSION:2.0\r\nPRODID:test\r\n" + component + "END:VCALENDAR\r\n";
+}
+
 // What the components say, in short: name of the occurrence, start and title of each.
 QStringList shortened(const QByteArray &text)
 {
@@ -129,6 +134,8 @@ private Q_SLOTS:
     void aMovedItemIsInOneCalendar_data();
     void aMovedItemIsInOneCalendar();
     void whatAnotherProgramChangedDuringAMoveStays();
+    void anItemStaysWhenItsNewFolderVanishes();
+    void anItemThatIsDeletedDuringAMoveIsNotBroughtBack();
     void aSilenceAmongTheFirstItemsIsToldAndEnds();
 
 private:
@@ -136,6 +143,12 @@ private:
     QStringList leftOvers() const { return QDir(journal()).entryList({ u"*.save"_s }); }
     QString file(const QString &name = u"meeting.ics"_s) const { return m_shelf->filePath(u"Shelf/"_s + name); }
 
+    bool putOnShelf(const QByteArray &component)
+    {
+        QFile item(file());
+        const QByteArray calendar = calendarOf(component);
+        return item.open(QIODevice::WriteOnly) && item.write(calendar) == calendar.size();
+    }
     [[nodiscard]] bool open()
     {
         FolderCalendarStore::Options options;
@@ -234,7 +247,7 @@ void ServiceInterruptionTest::aSeriesIsWhole()
     m_neighbour->put(u"here"_s, series + exception);
     QCOMPARE(shortened(text(u"here"_s, u"lunch"_s)), before);
     QVERIFY(open());
-    QTRY_VERIFY(m_machine->eventOn(day, u"Late lunch"_s));
+    QTRY_VERIFY_WITH_TIMEOUT(m_machine->eventOn(day, u"Late lunch"_s), patience);
     const CalEventPtr event = m_machine->eventOn(day.addDays(1), u"Lunch"_s);
     QVERIFY(event);
 
@@ -274,7 +287,7 @@ void ServiceInterruptionTest::aHalfWrittenSeriesIsPutRightByTheNextStart()
     m_neighbour->put(u"here"_s, series + exception);
     const QStringList before = shortened(text(u"here"_s, u"lunch"_s));
     QVERIFY(open());
-    QTRY_VERIFY(m_machine->eventOn(day, u"Late lunch"_s));
+    QTRY_VERIFY_WITH_TIMEOUT(m_machine->eventOn(day, u"Late lunch"_s), patience);
     const CalEventPtr event = m_machine->eventOn(day.addDays(1), u"Lunch"_s);
     event->setStartDate(event->startDate().addSecs(secondsPerHour));
     event->setEndDate(event->endDate().addSecs(secondsPerHour));
@@ -289,8 +302,8 @@ void ServiceInterruptionTest::aHalfWrittenSeriesIsPutRightByTheNextStart()
 
     QVERIFY(open());
     QTRY_COMPARE_WITH_TIMEOUT(shortened(text(u"here"_s, u"lunch"_s)), before, patience);
-    QTRY_COMPARE(leftOvers(), QStringList());
-    QTRY_VERIFY(m_machine->eventOn(day, u"Late lunch"_s));
+    QTRY_COMPARE_WITH_TIMEOUT(leftOvers(), QStringList(), patience);
+    QTRY_VERIFY_WITH_TIMEOUT(m_machine->eventOn(day, u"Late lunch"_s), patience);
     QCOMPARE(m_machine->eventsOn(day).size(), 1);
     QCOMPARE(m_machine->eventsOn(day.addDays(1)).size(), 1);
 }
@@ -335,15 +348,12 @@ void ServiceInterruptionTest::aMovedItemIsInOneCalendar()
     QFETCH(const QString, to);
     QFETCH(const Blow, blow);
     QFETCH(const Moment, moment);
-    if (from == u"Shelf"_s) {
-        QFile item(file());
-        QVERIFY(item.open(QIODevice::WriteOnly));
-        item.write("BEGIN:VCALENDAR\r\nVERSION:2.0\r\nPRODID:test\r\n" + meeting + "END:VCALENDAR\r\n");
-    } else {
+    if (from == u"Shelf"_s)
+        QVERIFY(putOnShelf(meeting));
+    else
         m_neighbour->put(from, meeting);
-    }
     QVERIFY(open());
-    QTRY_VERIFY(m_machine->eventOn(day, u"Meeting"_s));
+    QTRY_VERIFY_WITH_TIMEOUT(m_machine->eventOn(day, u"Meeting"_s), patience);
     const CalEventPtr event = m_machine->eventOn(day, u"Meeting"_s);
     QCOMPARE(event->calendar()->uid(), from);
     QCOMPARE(holders(), QStringList { from });
@@ -369,28 +379,21 @@ void ServiceInterruptionTest::aMovedItemIsInOneCalendar()
     QCOMPARE(holders(), QStringList { target });
     m_machine->close();
     QVERIFY(open());
-    QTRY_COMPARE(m_machine->eventsOn(day).size(), 1);
+    QTRY_COMPARE_WITH_TIMEOUT(m_machine->eventsOn(day).size(), 1, patience);
     QCOMPARE(holders(), QStringList { target });
 }
 
 void ServiceInterruptionTest::whatAnotherProgramChangedDuringAMoveStays()
 {
-    const QByteArray theirs = "BEGIN:VCALENDAR\r\nVERSION:2.0\r\nPRODID:test\r\n"
-        + QByteArray(meeting).replace("SUMMARY:Meeting", "SUMMARY:Theirs") + "END:VCALENDAR\r\n";
-    QFile item(file());
-    QVERIFY(item.open(QIODevice::WriteOnly));
-    item.write("BEGIN:VCALENDAR\r\nVERSION:2.0\r\nPRODID:test\r\n" + meeting + "END:VCALENDAR\r\n");
-    item.close();
+    const QByteArray theirs = QByteArray(meeting).replace("SUMMARY:Meeting", "SUMMARY:Theirs");
+    QVERIFY(putOnShelf(meeting));
     QVERIFY(open());
-    QTRY_VERIFY(m_machine->eventOn(day, u"Meeting"_s));
+    QTRY_VERIFY_WITH_TIMEOUT(m_machine->eventOn(day, u"Meeting"_s), patience);
     const CalEventPtr event = m_machine->eventOn(day, u"Meeting"_s);
 
     m_tap = std::make_unique<BusTap>([&](const BusTap::Message &message) {
-        if (message.kind == Kind::Answer && message.member == "CreateObjects" && m_hits++ == 0) {
-            QFile changed(file());
-            if (changed.open(QIODevice::WriteOnly | QIODevice::Truncate))
-                changed.write(theirs);
-        }
+        if (message.kind == Kind::Answer && message.member == "CreateObjects" && m_hits++ == 0)
+            putOnShelf(theirs);
         return BusTap::Fate::Pass;
     });
     event->setCalendar(m_machine->store().calendarWithUID(u"here"_s));
@@ -399,10 +402,57 @@ void ServiceInterruptionTest::whatAnotherProgramChangedDuringAMoveStays()
     QCOMPARE(m_error.code, StoreError::Code::Conflict);
     QCOMPARE(m_hits.load(), 1);
     QCOMPARE(holders(), QStringList { u"Shelf"_s });
+    QFile item(file());
     QVERIFY(item.open(QIODevice::ReadOnly));
-    QCOMPARE(item.readAll(), theirs);
-    QTRY_VERIFY(m_machine->eventOn(day, u"Theirs"_s));
-    QTRY_COMPARE(m_machine->eventsOn(day).size(), 1);
+    QCOMPARE(item.readAll(), calendarOf(theirs));
+    QTRY_VERIFY_WITH_TIMEOUT(m_machine->eventOn(day, u"Theirs"_s), patience);
+    QTRY_COMPARE_WITH_TIMEOUT(m_machine->eventsOn(day).size(), 1, patience);
+}
+
+void ServiceInterruptionTest::anItemStaysWhenItsNewFolderVanishes()
+{
+    m_neighbour->put(u"here"_s, meeting);
+    QVERIFY(open());
+    QTRY_VERIFY_WITH_TIMEOUT(m_machine->eventOn(day, u"Meeting"_s), patience);
+    const CalEventPtr event = m_machine->eventOn(day, u"Meeting"_s);
+
+    // What is to be moved has been read, and nothing written.
+    m_tap = std::make_unique<BusTap>([&](const BusTap::Message &message) {
+        if (message.kind == Kind::Answer && message.member == "GetObject" && m_hits++ == 0)
+            QDir(m_shelf->filePath(u"Shelf"_s)).removeRecursively();
+        return BusTap::Fate::Pass;
+    });
+    event->setCalendar(m_machine->store().calendarWithUID(u"Shelf"_s));
+    QVERIFY(!save(event, CalSpanAllEvents));
+
+    QVERIFY(!m_error.reason.isEmpty());
+    QVERIFY(m_hits > 0);
+    QCOMPARE(holders(), QStringList { u"here"_s });
+    QCOMPARE(leftOvers(), QStringList());
+    QTRY_COMPARE_WITH_TIMEOUT(m_machine->eventsOn(day).size(), 1, patience);
+}
+
+// The other program meant it.
+void ServiceInterruptionTest::anItemThatIsDeletedDuringAMoveIsNotBroughtBack()
+{
+    QVERIFY(putOnShelf(meeting));
+    QVERIFY(open());
+    QTRY_VERIFY_WITH_TIMEOUT(m_machine->eventOn(day, u"Meeting"_s), patience);
+    const CalEventPtr event = m_machine->eventOn(day, u"Meeting"_s);
+
+    m_tap = std::make_unique<BusTap>([&](const BusTap::Message &message) {
+        if (message.kind == Kind::Answer && message.member == "CreateObjects" && m_hits++ == 0)
+            QFile::remove(file());
+        return BusTap::Fate::Pass;
+    });
+    event->setCalendar(m_machine->store().calendarWithUID(u"here"_s));
+    QVERIFY(!save(event, CalSpanAllEvents));
+
+    QVERIFY(!m_error.reason.isEmpty());
+    QCOMPARE(m_hits.load(), 1);
+    QCOMPARE(holders(), QStringList());
+    QCOMPARE(leftOvers(), QStringList());
+    QTRY_VERIFY_WITH_TIMEOUT(m_machine->eventsOn(day).isEmpty(), patience);
 }
 
 // The service stops when it has brought what there is, but before what it brought twice is asked for anew.
@@ -410,7 +460,7 @@ void ServiceInterruptionTest::aSilenceAmongTheFirstItemsIsToldAndEnds()
 {
     m_neighbour->put(u"here"_s, meeting);
     QVERIFY(open());
-    QTRY_VERIFY(m_machine->eventOn(day, u"Meeting"_s));
+    QTRY_VERIFY_WITH_TIMEOUT(m_machine->eventOn(day, u"Meeting"_s), patience);
     // What was written here is asked for anew whenever the source is opened.
     const CalEventPtr event = m_machine->eventOn(day, u"Meeting"_s);
     event->setTitle(u"Long meeting"_s);
