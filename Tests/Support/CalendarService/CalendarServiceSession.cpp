@@ -100,7 +100,8 @@ QString CalendarServiceSession::busName(Part part) const
 QProcessEnvironment CalendarServiceSession::environment() const
 {
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    for (const QString &name : { u"DISPLAY"_s, u"WAYLAND_DISPLAY"_s, u"XAUTHORITY"_s, u"LD_PRELOAD"_s })
+    // What GLib complains of ends a test program, but not the service.
+    for (const QString &name : { u"DISPLAY"_s, u"WAYLAND_DISPLAY"_s, u"XAUTHORITY"_s, u"LD_PRELOAD"_s, u"G_DEBUG"_s })
         environment.remove(name);
     environment.insert(u"HOME"_s, path(u"home"_s));
     environment.insert(u"XDG_CONFIG_HOME"_s, path(u"config"_s));
