@@ -43,8 +43,8 @@ QString titleOf(Fuzzing::Input &input)
 // A line end can only be stored as one of its kinds, and a NUL cannot be stored at all.
 QString asStored(QString title)
 {
-    title.remove(QChar::Null);
-    return title.replace(QStringLiteral("\r\n"), QStringLiteral("\n")).replace(u'\r', u'\n');
+    title.replace(QStringLiteral("\r\n"), QStringLiteral("\n")).replace(u'\r', u'\n');
+    return title.remove(QChar::Null);
 }
 
 // The lines that a change of the title of a component must not touch.

@@ -14,7 +14,7 @@ namespace
 constexpr qsizetype maximumLines = 2'000'000;
 constexpr int maximumDepth = 32;
 
-constexpr char byteOrderMark[] = "\xEF\xBB\xBF";
+constexpr QByteArrayView byteOrderMark = "\xEF\xBB\xBF";
 
 bool isBlank(char c)
 {
@@ -150,7 +150,8 @@ ContentLines::ContentLines(QByteArray text)
 void ContentLines::divide()
 {
     m_lines.reserve(static_cast<std::size_t>(std::min(m_text.size() / 24 + 1, maximumLines)));
-    qsizetype at = 0;
+    // A byte order mark is no part of the first line: wherever that goes, the mark stays.
+    qsizetype at = m_text.startsWith(byteOrderMark) ? byteOrderMark.size() : 0;
     int number = 1;
     while (at < m_text.size()) {
         if (static_cast<qsizetype>(m_lines.size()) == maximumLines) {
@@ -188,8 +189,6 @@ void ContentLines::nest()
     for (ContentLine &line : m_lines) {
         line.component = nesting.innermost();
         qsizetype at = line.begin;
-        if (at == 0 && m_text.startsWith(byteOrderMark))
-            at += 3;
         while (at < line.end && isBlank(m_text[at]))
             ++at;
         const char first = at < line.end ? m_text[at] : '\0';
@@ -218,8 +217,6 @@ void ContentLines::nest()
 QByteArray ContentLines::unfolded(const ContentLine &line) const
 {
     qsizetype at = line.begin;
-    if (at == 0 && m_text.startsWith(byteOrderMark))
-        at += 3;
     qsizetype lineEnd = std::min(nextLineEnd(m_text, at), line.end);
     QByteArray result(m_text.constData() + at, lineEnd - at);
     // A line that was cut off at the limit holds further lines; only its first one counts.

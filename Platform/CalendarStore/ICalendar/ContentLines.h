@@ -26,9 +26,9 @@ struct Component {
     bool isClosed = false;
 };
 
-// The text of a file, divided into content lines and components. Every byte of
-// the text belongs to exactly one line, so that putting the lines together gives
-// the text again. Damage is bounded, never fatal: nesting, line length and the
+// The text of a file, divided into content lines and components. Every byte but a
+// byte order mark at the start belongs to exactly one line, so that the lines put together
+// give the text again. Damage is bounded, never fatal: nesting, line length and the
 // number of lines have limits beyond which the text counts as cut.
 class ContentLines
 {

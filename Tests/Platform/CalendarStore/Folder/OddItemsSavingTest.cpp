@@ -49,6 +49,7 @@ private Q_SLOTS:
     void anEndThatIsNotUnderstoodGetsTheInstant_data();
     void anEndThatIsNotUnderstoodGetsTheInstant();
     void aParameterThatIsNotUnderstoodStays();
+    void anExceptionBehindAByteOrderMarkIsOne();
 };
 
 void OddItemsSavingTest::anExceptionOfASeriesWithoutUidIsOneOfThatSeries_data()
@@ -229,6 +230,26 @@ void OddItemsSavingTest::aParameterThatIsNotUnderstoodStays()
 
     QVERIFY2(folder.read(fileName).contains("\r\nLOCATION;x-mood;language=de-DE; x-kept = a :Hall\r\n"),
         folder.read(fileName).constData());
+}
+
+// The mark belongs to the file, not to the series that follows it and that the exception is made of.
+void OddItemsSavingTest::anExceptionBehindAByteOrderMarkIsOne()
+{
+    const QByteArray mark = "\xEF\xBB\xBF";
+    const CalendarFolder folder;
+    folder.write(fileName, mark + eventText("e", "Lunch", "20260309T110000Z", "DURATION:PT1H\r\nRRULE:FREQ=DAILY\r\n"));
+    const auto store = folder.openWithoutWatching();
+    const CalEventPtr event = eventNamed(*store, u"Lunch"_s);
+    QVERIFY(event);
+
+    event->setTitle(u"Dinner"_s);
+    const auto saved = store->saveEvent(*event, CalSpanThisEvent);
+    QVERIFY2(saved.isOk(), qPrintable(saved ? QString() : saved.error().message()));
+
+    QVERIFY(eventNamed(*store, u"Dinner"_s));
+    QVERIFY(eventNamed(*store, u"Lunch"_s, day.addDays(1)));
+    QVERIFY(folder.read(fileName).startsWith(QByteArray(mark + "BEGIN:VEVENT\r\n")));
+    QCOMPARE(folder.read(fileName).count(mark), 1);
 }
 
 VANTLE_TEST(OddItemsSavingTest)
