@@ -28,6 +28,8 @@ function(vantle_configure_target target)
         QT_NO_URL_CAST_FROM_STRING
         QT_USE_QSTRINGBUILDER
         QT_DISABLE_DEPRECATED_BEFORE=0x060400)
+    # GLib asks it of those who use it; the precompiled headers fit where all have it.
+    target_compile_options(${target} PRIVATE -pthread)
     target_compile_options(${target} PRIVATE
         -Wall -Wextra -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual)
     if(VANTLE_WARNINGS_AS_ERRORS)
@@ -43,12 +45,24 @@ function(vantle_configure_target target)
     endif()
 endfunction()
 
-# Precompiles a set of headers, Core or Widgets, and those named after it. They are found
-# through the include path: a full path in the generated header would differ between
+# Precompiles a set of headers for all targets that name it to vantle_precompile. They are
+# found through the include path: a full path in the generated header would differ between
 # checkouts, and ccache would share nothing of what is compiled with it.
-function(vantle_precompile target set)
+function(vantle_add_precompiled set)
+    string(TOLOWER "vantle_precompiled_${set}" target)
+    add_library(${target} OBJECT "${PROJECT_SOURCE_DIR}/cmake/Precompiled.cpp")
+    vantle_configure_target(${target})
     target_include_directories(${target} PRIVATE "${PROJECT_SOURCE_DIR}/cmake")
-    target_precompile_headers(${target} PRIVATE "<${set}Precompiled.h>" ${ARGN})
+    target_link_libraries(${target} PRIVATE ${ARGN})
+    target_precompile_headers(${target} PRIVATE "<${set}Precompiled.h>")
+endfunction()
+
+# Compiles a target with a set of precompiled headers: Core, Widgets or Test. The compiler
+# takes them only where its options are the same as theirs, and its warnings say where not.
+function(vantle_precompile target set)
+    string(TOLOWER "vantle_precompiled_${set}" precompiled)
+    target_include_directories(${target} PRIVATE "${PROJECT_SOURCE_DIR}/cmake")
+    target_precompile_headers(${target} REUSE_FROM ${precompiled})
 endfunction()
 
 # A room of the house: a static library whose public include path is its own

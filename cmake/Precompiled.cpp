@@ -1,0 +1,2 @@
+// SPDX-License-Identifier: MIT
+// Empty: CMake precompiles headers only for a target that compiles something.

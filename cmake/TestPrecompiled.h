@@ -1,0 +1,6 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "WidgetsPrecompiled.h"
+
+#include <QTest>
