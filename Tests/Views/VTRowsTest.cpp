@@ -12,8 +12,9 @@
 #include <VTCalTaskController.h>
 
 #include <QAccessible>
-#include <QElapsedTimer>
 #include <QTest>
+
+#include <ctime>
 
 using namespace Qt::StringLiterals;
 
@@ -352,14 +353,14 @@ void VTRowsTest::titleWithABreakIsOneLine()
 void VTRowsTest::titleOfAMegabyteIsLaidOutAtOnce()
 {
     const auto event = RowFixture::event(QString(1'000'000, u'x'), at(20, 9), at(20, 10), m_fixture->home);
-    QElapsedTimer timer;
-    timer.start();
+    const std::clock_t begin = std::clock();
 
     const auto &row = show<VTCalEventController>(event);
     m_accordion->grab();
 
-    constexpr qint64 goal = 100; // milliseconds
-    QVERIFY2(timer.elapsed() < 3 * goal, qPrintable(QString::number(timer.elapsed())));
+    const std::clock_t used = std::clock() - begin;
+    constexpr std::clock_t goal = 100 * CLOCKS_PER_SEC / 1000;
+    QVERIFY2(used < 3 * goal, qPrintable(QString::number(used)));
     QVERIFY(row.unselectedHeight() > 100.0F);
     QCOMPARE(event->title()->size(), 1'000'000);
 }

@@ -100,7 +100,7 @@ private Q_SLOTS:
     {
         const CalEventPtr event = m_here->eventOn(day, u"Meeting"_s);
         m_neighbourThere->remove(u"work"_s, u"meeting"_s);
-        QTRY_VERIFY(!m_server.contents(u"work"_s).contains("UID:meeting"));
+        QTRY_VERIFY_WITH_TIMEOUT(!m_server.contents(u"work"_s).contains("UID:meeting"), patience);
 
         event->setTitle(u"Ours"_s);
         QVERIFY(!save(event, CalSpanAllEvents));
@@ -154,7 +154,7 @@ private Q_SLOTS:
         fresh->setTitle(u"Ours"_s);
         QVERIFY2(save(fresh, CalSpanAllEvents), qPrintable(m_error.message()));
 
-        QTRY_VERIFY(m_server.contents(u"work"_s).contains("SUMMARY:Ours"));
+        QTRY_VERIFY_WITH_TIMEOUT(m_server.contents(u"work"_s).contains("SUMMARY:Ours"), patience);
     }
 
     // Several saves in a row are no conflict with each other.
@@ -170,7 +170,7 @@ private Q_SLOTS:
         other->setEndDate(other->endDate().addSecs(3600));
         QVERIFY2(save(other, CalSpanAllEvents), qPrintable(m_error.message()));
 
-        QTRY_VERIFY(m_server.contents(u"work"_s).contains("SUMMARY:Three"));
+        QTRY_VERIFY_WITH_TIMEOUT(m_server.contents(u"work"_s).contains("SUMMARY:Three"), patience);
     }
 
 private:
@@ -178,7 +178,7 @@ private:
     void changeThere(const QByteArray &components, const QByteArray &mark)
     {
         m_neighbourThere->put(u"work"_s, components);
-        QTRY_VERIFY(m_server.contents(u"work"_s).contains(mark));
+        QTRY_VERIFY_WITH_TIMEOUT(m_server.contents(u"work"_s).contains(mark), patience);
     }
     bool save(const CalEventPtr &event, CalSpan span)
     {

@@ -65,7 +65,7 @@ private Q_SLOTS:
         QCOMPARE(m_machine->eventsOn(day).size(), 1);
         QCOMPARE(m_machine->eventsOn(day).first()->title(), u"Short meeting"_s);
         QCOMPARE(m_machine->eventsOn(day).first()->location(), u"Room"_s);
-        QTRY_VERIFY(m_server.contents(u"late"_s).contains("SUMMARY:Short meeting"));
+        QTRY_VERIFY_WITH_TIMEOUT(m_server.contents(u"late"_s).contains("SUMMARY:Short meeting"), patience);
     }
 
     void aNewItemThatComesLateIsNotMadeTwice()
@@ -85,7 +85,7 @@ private Q_SLOTS:
 
         QVERIFY(!m_machine->eventOn(day, u"New"_s));
         QVERIFY(m_machine->eventOn(day, u"Newer"_s));
-        QTRY_COMPARE(m_server.contents(u"new"_s).count("SUMMARY:New"), 1);
+        QTRY_COMPARE_WITH_TIMEOUT(m_server.contents(u"new"_s).count("SUMMARY:New"), 1, patience);
     }
 
 private:

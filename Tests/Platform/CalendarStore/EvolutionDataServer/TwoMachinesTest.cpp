@@ -192,7 +192,7 @@ private Q_SLOTS:
         SHOWS_IN_THE_END(*m_laptop, m_wednesday, m_standup);
 
         m_laptop->demand({ { u"hold"_s, m_wednesday, u"Standup"_s }, { u"remove"_s, u"all"_s } });
-        QTRY_COMPARE(m_server->contents(u"work"_s), QByteArray());
+        QTRY_COMPARE_WITH_TIMEOUT(m_server->contents(u"work"_s), QByteArray(), patienceInMilliseconds);
         SHOWS_IN_THE_END(*m_desk, m_wednesday, );
         SHOWS_IN_THE_END(*m_desk, m_thursday, );
 
@@ -210,7 +210,7 @@ private Q_SLOTS:
         m_laptop->demand({ { u"hold"_s, m_wednesday, u"Meeting"_s }, { u"set"_s, u"title"_s, u"From the laptop"_s } });
 
         m_desk->demand({ { u"save"_s, u"all"_s } });
-        QTRY_VERIFY(m_server->contents(u"work"_s).contains("From the desk"));
+        QTRY_VERIFY_WITH_TIMEOUT(m_server->contents(u"work"_s).contains("From the desk"), patienceInMilliseconds);
         const AnsweringProgram::Answer answer = m_laptop->request({ u"save"_s, u"all"_s });
 
         QVERIFY(!answer.isOk);
