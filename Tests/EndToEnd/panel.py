@@ -10,6 +10,8 @@ import subprocess
 from desk import Process
 from driver import eventually, run
 
+PANEL_HEIGHT = 32  # pixels
+
 SETTINGS = """<?xml version="1.0" encoding="UTF-8"?>
 <channel name="xfce4-panel" version="1.0">
   <property name="configver" type="int" value="2"/>
@@ -21,7 +23,7 @@ SETTINGS = """<?xml version="1.0" encoding="UTF-8"?>
       <property name="length" type="uint" value="100"/>
       <property name="position-locked" type="bool" value="true"/>
       <property name="icon-size" type="uint" value="22"/>
-      <property name="size" type="uint" value="32"/>
+      <property name="size" type="uint" value="{height}"/>
       <property name="background-style" type="uint" value="1"/>
       <property name="background-rgba" type="array">
         {rgba}
@@ -46,7 +48,7 @@ class Panel:
         rgba = "".join(f'<value type="double" value="{value}"/>' for value in (shade, shade, shade, 1.0))
         path = pathlib.Path(home.folder, "config", "xfce4", "xfconf", "xfce-perchannel-xml", "xfce4-panel.xml")
         path.parent.mkdir(parents=True, exist_ok=True)
-        path.write_text(SETTINGS.format(dark="true" if dark else "false", rgba=rgba))
+        path.write_text(SETTINGS.format(dark="true" if dark else "false", rgba=rgba, height=PANEL_HEIGHT))
         # The bus starts the settings service of the panel, which must not know anybody else's.
         for name, value in home.environment().items():
             run("dbus-update-activation-environment", f"{name}={value}")

@@ -9,7 +9,7 @@ import unittest
 
 from desk import OtherProgram, focused_window, visible_windows, write_settings
 from driver import Home, Vantle, eventually, run
-from panel import Panel
+from panel import PANEL_HEIGHT, Panel
 
 PICTURES = os.environ.get("VANTLE_PICTURES")
 
@@ -39,16 +39,21 @@ class Panels(unittest.TestCase):
         return panel
 
     def icon(self, panel, dark=False):
-        """The middle of what differs from the panel's plain ground."""
+        """The middle of what differs from the panel's plain ground, once that is the size of an icon.
+
+        A panel that has just come shows a line of itself, or ground that nobody has painted yet.
+        """
         width, height, bytes_ = pixels(panel.window)
         marked = []
         for index in range(0, len(bytes_), 3):
             light = sum(bytes_[index:index + 3]) / 3
             if (light > 200) if dark else (light < 110):
                 marked.append((index // 3 % width, index // 3 // width))
-        if len(marked) < 20:
+        if not marked:
             return None
         xs, ys = zip(*marked)
+        if not all(8 <= max(side) - min(side) < PANEL_HEIGHT for side in (xs, ys)):
+            return None
         return (min(xs) + max(xs)) // 2, (min(ys) + max(ys)) // 2
 
     def picture(self, panel, name):
