@@ -12,6 +12,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <utility>
 
 namespace ICalendar
 {
@@ -84,6 +85,7 @@ private:
     };
 
     void assignRoles();
+    int calendarOf(int component) const;
     void takeCalendarProperty(const PropertyLine &property);
     void takeItemProperty(Draft &draft, const PropertyLine &property, int number);
     bool takeTimeProperty(Draft &draft, const PropertyLine &property, int number);
@@ -97,6 +99,7 @@ private:
 
     std::optional<CivilTime> time(const PropertyLine &property, QByteArrayView text);
     ZonePtr zone(const QByteArray &tzid);
+    void findEmbeddedZones();
     void note(int line, const QString &text);
     void noteValue(const PropertyLine &property, int number);
 
@@ -105,9 +108,14 @@ private:
     Document &m_document;
     std::vector<Role> m_roles; // one for each component
     std::vector<Draft> m_drafts;
-    QHash<QByteArray, ZonePtr> m_zonesByName;
+    // What is named in one calendar of a text may be something else in another (RFC 5545, section 3.6.5).
+    using ZoneName = std::pair<int, QByteArray>; // the calendar's component, TZID
+    constexpr static int anyCalendar = -2;
+
+    int m_calendar = -1; // the one around the line being read
+    QHash<ZoneName, ZonePtr> m_zonesByName;
     bool m_knowsEmbeddedZones = false;
-    QHash<QByteArray, QByteArray> m_embeddedZones; // texts by TZID
+    QHash<ZoneName, QByteArray> m_embeddedZones; // texts; those of any calendar once more
     ZonePtr m_local = ZoneRegistry::localZone();
 };
 
@@ -124,6 +132,7 @@ void Reader::read()
             note(line.number, QStringLiteral("a line is too long and is left out"));
             continue;
         }
+        m_calendar = calendarOf(line.component);
         const PropertyLine property(m_lines.unfolded(line));
         if (role.kind == Role::Kind::Calendar)
             takeCalendarProperty(property);
@@ -161,6 +170,15 @@ void Reader::assignRoles()
             alarms.append(Alarm());
         }
     }
+}
+
+// The outermost component, which is the calendar; an item may stand by itself.
+int Reader::calendarOf(int component) const
+{
+    const auto &components = m_lines.components();
+    while (components[static_cast<std::size_t>(component)].parent >= 0)
+        component = components[static_cast<std::size_t>(component)].parent;
+    return component;
 }
 
 void Reader::takeCalendarProperty(const PropertyLine &property)
@@ -433,40 +451,56 @@ std::optional<CivilTime> Reader::time(const PropertyLine &property, QByteArrayVi
 
 ZonePtr Reader::zone(const QByteArray &tzid)
 {
-    const auto known = m_zonesByName.constFind(tzid);
+    const ZoneName here { m_calendar, tzid };
+    const auto known = m_zonesByName.constFind(here);
     if (known != m_zonesByName.constEnd())
         return *known;
 
-    if (!m_knowsEmbeddedZones) {
-        m_knowsEmbeddedZones = true;
-        const auto &lines = m_lines.lines();
-        for (const Component &component : m_lines.components()) {
-            if (component.name != "VTIMEZONE")
-                continue;
-            const qsizetype begin = lines[static_cast<std::size_t>(component.firstLine)].begin;
-            const qsizetype end = lines[static_cast<std::size_t>(component.lastLine)].end;
-            for (int i = component.firstLine; i <= component.lastLine; ++i) {
-                const ContentLine &line = lines[static_cast<std::size_t>(i)];
-                const QByteArrayView raw = QByteArrayView(m_lines.text()).sliced(line.begin, line.end - line.begin);
-                if (propertyName(raw.first(std::min<qsizetype>(raw.size(), 16))) != "TZID")
-                    continue;
-                const QByteArray name = PropertyLine(m_lines.unfolded(line)).value().trimmed().toByteArray();
-                if (!m_embeddedZones.contains(name))
-                    m_embeddedZones.insert(name, m_lines.text().sliced(begin, end - begin));
-                break;
-            }
-        }
-    }
+    findEmbeddedZones();
+    const QByteArray name = tzid.trimmed();
+    auto embedded = m_embeddedZones.constFind({ m_calendar, name });
+    if (embedded == m_embeddedZones.constEnd())
+        embedded = m_embeddedZones.constFind({ anyCalendar, name });
     ZonePtr found;
-    const auto embedded = m_embeddedZones.constFind(tzid.trimmed());
     if (embedded != m_embeddedZones.constEnd())
         found = m_zones.embeddedZone(*embedded);
     if (!found)
         found = m_zones.systemZone(decoded(tzid));
     if (!found)
         note(0, QStringLiteral("the time zone \"%1\" is not known; local time stands in").arg(decoded(tzid.left(100))));
-    m_zonesByName.insert(tzid, found);
+    m_zonesByName.insert(here, found);
     return found;
+}
+
+// Of several by one name in a calendar, the first.
+void Reader::findEmbeddedZones()
+{
+    if (m_knowsEmbeddedZones)
+        return;
+    m_knowsEmbeddedZones = true;
+    const auto &lines = m_lines.lines();
+    const auto take = [this](const ZoneName &name, const QByteArray &text) {
+        if (!m_embeddedZones.contains(name))
+            m_embeddedZones.insert(name, text);
+    };
+    for (std::size_t index = 0; index < m_lines.components().size(); ++index) {
+        const Component &component = m_lines.components()[index];
+        if (component.name != "VTIMEZONE")
+            continue;
+        const qsizetype begin = lines[static_cast<std::size_t>(component.firstLine)].begin;
+        const qsizetype end = lines[static_cast<std::size_t>(component.lastLine)].end;
+        for (int i = component.firstLine; i <= component.lastLine; ++i) {
+            const ContentLine &line = lines[static_cast<std::size_t>(i)];
+            const QByteArrayView raw = QByteArrayView(m_lines.text()).sliced(line.begin, line.end - line.begin);
+            if (propertyName(raw.first(std::min<qsizetype>(raw.size(), 16))) != "TZID")
+                continue;
+            const QByteArray name = PropertyLine(m_lines.unfolded(line)).value().trimmed().toByteArray();
+            const QByteArray text = m_lines.text().sliced(begin, end - begin);
+            take({ calendarOf(static_cast<int>(index)), name }, text);
+            take({ anyCalendar, name }, text);
+            break;
+        }
+    }
 }
 
 void Reader::note(int line, const QString &text)

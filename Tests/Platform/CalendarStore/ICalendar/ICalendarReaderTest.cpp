@@ -66,6 +66,7 @@ private Q_SLOTS:
     void tooLongLineIsLeftOut();
     void longTitleIsKeptWhole();
     void problemsAreBounded();
+    void aZoneIsThatOfItsOwnCalendar();
     void quotedParametersMayHoldColons();
 };
 
@@ -381,6 +382,26 @@ void ICalendarReaderTest::problemsAreBounded()
     const Document document = read("BEGIN:VEVENT\n" + QByteArray("EXDATE:never\n").repeated(10'000) + "END:VEVENT\n");
 
     QVERIFY(document.problems->size() <= 20);
+}
+
+// Two calendars one behind the other, as programs join them, may mean different things by one name.
+void ICalendarReaderTest::aZoneIsThatOfItsOwnCalendar()
+{
+    const auto zone = [](const QByteArray &offset) -> QByteArray {
+        return "BEGIN:VTIMEZONE\r\nTZID:Office\r\nBEGIN:STANDARD\r\nDTSTART:19700101T000000\r\nTZOFFSETFROM:" + offset
+            + "\r\nTZOFFSETTO:" + offset + "\r\nEND:STANDARD\r\nEND:VTIMEZONE\r\n";
+    };
+    const QByteArray event = "BEGIN:VEVENT\r\nDTSTART;TZID=Office:20260311T090000\r\nEND:VEVENT\r\n";
+    const auto calendar
+        = [](const QByteArray &content) -> QByteArray { return "BEGIN:VCALENDAR\r\n" + content + "END:VCALENDAR\r\n"; };
+    const Document document = read(calendar(event + zone("+0100")) + calendar(event) + calendar(zone("-0800") + event));
+
+    const ZonePtr local = ZoneRegistry::localZone();
+    QCOMPARE(document.items.size(), 3);
+    QCOMPARE(document.items[0].start->toUtc(*local), utc("2026-03-11T08:00:00Z"));
+    // One that says nothing of it is helped out by the first that does.
+    QCOMPARE(document.items[1].start->toUtc(*local), utc("2026-03-11T08:00:00Z"));
+    QCOMPARE(document.items[2].start->toUtc(*local), utc("2026-03-11T17:00:00Z"));
 }
 
 void ICalendarReaderTest::quotedParametersMayHoldColons()
