@@ -338,6 +338,8 @@ void SeriesMover::moveOverride(int index)
             clock = m_newForm.isDate() ? m_change.timedForm : m_newForm;
         const bool isSameLength = times.isAllDay == m_change.read.isAllDay
             && times.end - times.start == m_change.read.end - m_change.read.start;
+        if (!times.isAllDay)
+            clock = clock.naming(times.start);
         writer.write(clock, times.isAllDay ? times.start : clock.civilAt(times.start, local),
             isSameLength ? std::nullopt : std::optional(times.end - times.start));
         return;
@@ -368,6 +370,8 @@ QByteArray itemWithTimes(
         form = TimeForm::date();
     else if (form.isDate())
         form = series.form().isDate() ? timedForm : series.form();
+    if (!changed.isAllDay)
+        form = form.naming(changed.start);
     const qint64 length = changed.end - changed.start;
     const bool isSameLength = read.isAllDay == changed.isAllDay && length == read.end - read.start;
     writer.write(form, changed.isAllDay ? changed.start : form.civilAt(changed.start, series.local()),

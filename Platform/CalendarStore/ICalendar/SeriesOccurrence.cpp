@@ -106,6 +106,7 @@ private:
         const bool isOwn = written && master.end && written->civil == master.end->civil && master.end != master.start;
         if (property.name() == "DTEND" && isOwn && written->isDate == form.isDate())
             form = TimeForm::of(property, *master.end);
+        form = form.naming(m_place.end.toUtc(m_series.local()));
         add("DTEND" + form.parameters + ':' + form.text(form.civilOf(m_place.end, m_series.local())));
     }
 

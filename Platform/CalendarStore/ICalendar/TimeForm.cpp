@@ -46,6 +46,12 @@ CivilSeconds TimeForm::civilOf(const CivilTime &time, const Zone &local) const
     return civilAt(time.toUtc(local), local);
 }
 
+TimeForm TimeForm::naming(UtcSeconds instant) const
+{
+    const bool isZoned = form == CivilTime::Form::Zoned && zone;
+    return isZoned && zone->toUtc(zone->toCivil(instant)) != instant ? utc() : *this;
+}
+
 QByteArray TimeForm::text(CivilSeconds civil) const
 {
     if (isDate())

@@ -27,6 +27,9 @@ struct TimeForm {
     CivilSeconds civilAt(UtcSeconds instant, const Zone &local) const;
     // A time in another form; its wall-clock time is kept where both mean the same clock.
     CivilSeconds civilOf(const CivilTime &time, const Zone &local) const;
+    // This form where it can name the instant, and else UTC: of a time that comes twice when the clock is set back, a
+    // zone's clock names the first alone (RFC 5545, section 3.3.5).
+    TimeForm naming(UtcSeconds instant) const;
     // The value of a property.
     QByteArray text(CivilSeconds civil) const;
 };

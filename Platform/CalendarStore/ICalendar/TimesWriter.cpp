@@ -80,11 +80,19 @@ void TimesWriter::moveEnd()
     const TimeForm form = m_series.formOf(m_endLine, *end);
     const Zone &local = m_series.local();
     const bool isByClock = end->isDate() || end->form == CivilTime::Form::Floating;
-    const CivilSeconds civil = isByClock
-        ? end->civil + m_newStart.civil - m_item.start->civil
-        : form.civilAt(end->toUtc(local) + m_newStart.toUtc(local) - m_item.start->toUtc(local), local);
+    const PropertyLine property = m_series.property(m_endLine);
+    if (isByClock) {
+        const CivilSeconds civil = end->civil + m_newStart.civil - m_item.start->civil;
+        m_edits.replaceLine(
+            static_cast<std::size_t>(m_endLine), lineWithValue(property, unfolded(m_endLine), form.text(civil)));
+        return;
+    }
+    const UtcSeconds instant = end->toUtc(local) + m_newStart.toUtc(local) - m_item.start->toUtc(local);
+    const TimeForm naming = form.naming(instant);
+    const QByteArray value = naming.text(naming.civilAt(instant, local));
     m_edits.replaceLine(static_cast<std::size_t>(m_endLine),
-        lineWithValue(m_series.property(m_endLine), unfolded(m_endLine), form.text(civil)));
+        naming.form == form.form ? lineWithValue(property, unfolded(m_endLine), value)
+                                 : "DTEND" + property.parametersWithout({ "VALUE", "TZID" }) + ':' + value);
 }
 
 void TimesWriter::writeEnd(const TimeForm &form, qint64 length, bool isOtherKind)
@@ -100,6 +108,8 @@ void TimesWriter::writeEnd(const TimeForm &form, qint64 length, bool isOtherKind
     if (isOwn && !isOtherKind && written->isDate() == form.isDate())
         endForm = m_series.formOf(m_endLine, *written);
     const Zone &local = m_series.local();
+    if (!form.isDate())
+        endForm = endForm.naming(m_newStart.toUtc(local) + length);
     const CivilSeconds civil
         = form.isDate() ? m_newStart.civil + length : endForm.civilAt(m_newStart.toUtc(local) + length, local);
     const QByteArray line = "DTEND" + endForm.parameters + ':' + endForm.text(civil);

@@ -57,15 +57,20 @@ void ComponentPatch::setInstant(const QByteArray &name, ICalendar::UtcSeconds in
     const std::optional<CivilTime> &present, const QByteArray &like)
 {
     const QByteArray others = parametersBeside(name, { "VALUE", "TZID" });
-    if (!present || present->isDate() || !isValueOf(like, *present)) {
+    const bool isLikePresent = present && !present->isDate() && isValueOf(like, *present);
+    // A zone that nobody here knows counts as local time, and keeps its name for those who know it.
+    const ICalendar::ZonePtr zone
+        = isLikePresent && present->zone ? present->zone : ICalendar::ZoneRegistry::localZone();
+    const bool isFloating = isLikePresent && present->form == CivilTime::Form::Floating;
+    // Of a time that comes twice, a zone's clock names the first alone.
+    const bool isNamedByZone = isFloating || zone->toUtc(zone->toCivil(instant)) == instant;
+    if (!isNamedByZone || (isLikePresent && present->form == CivilTime::Form::Utc)) {
+        setValue(name, ICalendar::utcText(instant), others);
+    } else if (isLikePresent) {
+        setValue(name, ICalendar::dateTimeText(zone->toCivil(instant)), zoneNamedBy(like) + others);
+    } else {
         const TimeValue time = localTimeValue(m_patcher, m_component, instant);
         setValue(name, time.value, time.parameters + others);
-    } else if (present->form == CivilTime::Form::Utc) {
-        setValue(name, ICalendar::utcText(instant), others);
-    } else {
-        // A zone that nobody here knows counts as local time, and keeps its name for those who know it.
-        const ICalendar::ZonePtr zone = present->zone ? present->zone : ICalendar::ZoneRegistry::localZone();
-        setValue(name, ICalendar::dateTimeText(zone->toCivil(instant)), zoneNamedBy(like) + others);
     }
 }
 

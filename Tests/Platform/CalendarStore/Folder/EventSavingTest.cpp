@@ -56,6 +56,8 @@ private Q_SLOTS:
     void aNewTitleChangesItsLineAndTheStamps();
     void movedStartAndEndKeepTheirForm_data();
     void movedStartAndEndKeepTheirForm();
+    void aTimeThatComesTwiceIsTheOneThatWasMeant_data();
+    void aTimeThatComesTwiceIsTheOneThatWasMeant();
     void aLengthStaysALength_data();
     void aLengthStaysALength();
     void anEndIsAddedWhereThereWasNone();
@@ -139,6 +141,46 @@ void EventSavingTest::movedStartAndEndKeepTheirForm()
 
     QCOMPARE(withoutStamps(linesOnlyIn(folder.read(u"c/e.ics"_s), text)), moved);
     const CalEventPtr again = eventsOn(*folder.openWithoutWatching(), QDate(2026, 3, 11)).constFirst();
+    QCOMPARE(again->startDate(), event->startDate());
+    QCOMPARE(again->endDate(), event->endDate());
+}
+
+void EventSavingTest::aTimeThatComesTwiceIsTheOneThatWasMeant_data()
+{
+    QTest::addColumn<QByteArray>("start");
+    QTest::addColumn<QByteArray>("end");
+    QTest::addColumn<QByteArrayList>("written");
+
+    // In Berlin the clock is set back at 01:00 UTC, from 03:00 to 02:00.
+    QTest::newRow("the first") << QByteArray("2026-10-24T23:30:00Z") << QByteArray("2026-10-25T00:30:00Z")
+                               << QByteArrayList { "DTSTART;TZID=Europe/Berlin:20261025T013000",
+                                      "DTEND;TZID=Europe/Berlin;X-A=1:20261025T023000" };
+    QTest::newRow("the second") << QByteArray("2026-10-25T00:30:00Z") << QByteArray("2026-10-25T01:30:00Z")
+                                << QByteArrayList { "DTSTART;TZID=Europe/Berlin:20261025T023000",
+                                       "DTEND;X-A=1:20261025T013000Z" };
+    QTest::newRow("the start, too") << QByteArray("2026-10-25T01:15:00Z") << QByteArray("2026-10-25T02:15:00Z")
+                                    << QByteArrayList { "DTSTART:20261025T011500Z",
+                                           "DTEND;TZID=Europe/Berlin;X-A=1:20261025T031500" };
+}
+
+void EventSavingTest::aTimeThatComesTwiceIsTheOneThatWasMeant()
+{
+    QFETCH(const QByteArray, start);
+    QFETCH(const QByteArray, end);
+    QFETCH(const QByteArrayList, written);
+    const CalendarFolder folder;
+    const QByteArray text = calendarText("BEGIN:VEVENT\r\nUID:e\r\nDTSTART;TZID=Europe/Berlin:20261024T090000\r\n"
+                                         "DTEND;TZID=Europe/Berlin;X-A=1:20261024T100000\r\nEND:VEVENT\r\n");
+    folder.write(u"c/e.ics"_s, text);
+    const auto store = folder.openWithoutWatching();
+    const CalEventPtr event = eventsOn(*store, QDate(2026, 10, 24)).constFirst();
+
+    event->setStartDate(local(start.constData()).toLocalTime());
+    event->setEndDate(local(end.constData()).toLocalTime());
+    QVERIFY(store->saveEvent(*event, CalSpanThisEvent).isOk());
+
+    QCOMPARE(withoutStamps(linesOnlyIn(folder.read(u"c/e.ics"_s), text)), written);
+    const CalEventPtr again = eventsOn(*folder.openWithoutWatching(), QDate(2026, 10, 25)).constFirst();
     QCOMPARE(again->startDate(), event->startDate());
     QCOMPARE(again->endDate(), event->endDate());
 }

@@ -32,6 +32,8 @@ CalEventPtr eventNamed(const FolderCalendarStore &store, const QString &title, Q
 
 } // namespace
 
+Q_DECLARE_METATYPE(CalSpan)
+
 // What a save does where the file is not as it should be: it concerns the item alone, or nothing at all.
 class OddItemsSavingTest final : public QObject
 {
@@ -50,6 +52,8 @@ private Q_SLOTS:
     void anEndThatIsNotUnderstoodGetsTheInstant();
     void aParameterThatIsNotUnderstoodStays();
     void anExceptionBehindAByteOrderMarkIsOne();
+    void anOccurrenceStaysAsLongWhereItsEndComesTwice_data();
+    void anOccurrenceStaysAsLongWhereItsEndComesTwice();
 };
 
 void OddItemsSavingTest::anExceptionOfASeriesWithoutUidIsOneOfThatSeries_data()
@@ -250,6 +254,59 @@ void OddItemsSavingTest::anExceptionBehindAByteOrderMarkIsOne()
     QVERIFY(eventNamed(*store, u"Lunch"_s, day.addDays(1)));
     QVERIFY(folder.read(fileName).startsWith(QByteArray(mark + "BEGIN:VEVENT\r\n")));
     QCOMPARE(folder.read(fileName).count(mark), 1);
+}
+
+void OddItemsSavingTest::anOccurrenceStaysAsLongWhereItsEndComesTwice_data()
+{
+    QTest::addColumn<QByteArray>("start");
+    QTest::addColumn<QByteArray>("end");
+    QTest::addColumn<CalSpan>("span");
+    QTest::addColumn<qint64>("shift"); // seconds
+    QTest::addColumn<QByteArray>("written");
+
+    // In Berlin the clock is set back on 25 October at 01:00 UTC, from 03:00 to 02:00.
+    const QByteArray weekBefore = "20261018T023000";
+    const QByteArray hourLater = "20261018T033000";
+    QTest::newRow("another title alone") << weekBefore << hourLater << CalSpanThisEvent << qint64 { 0 }
+                                         << QByteArray("DTEND:20261025T013000Z");
+    QTest::newRow("a little earlier, alone")
+        << weekBefore << hourLater << CalSpanThisEvent << qint64 { -900 } << QByteArray("DTEND:20261025T011500Z");
+    QTest::newRow("begun an hour later, alone")
+        << weekBefore << hourLater << CalSpanThisEvent << qint64 { 3600 } << QByteArray("DTSTART:20261025T013000Z");
+    QTest::newRow("the first of all an hour later")
+        << QByteArray("20261025T013000") << QByteArray("20261025T023000") << CalSpanAllEvents << qint64 { 3600 }
+        << QByteArray("DTEND:20261025T013000Z");
+}
+
+void OddItemsSavingTest::anOccurrenceStaysAsLongWhereItsEndComesTwice()
+{
+    QFETCH(const QByteArray, start);
+    QFETCH(const QByteArray, end);
+    QFETCH(const CalSpan, span);
+    QFETCH(const qint64, shift);
+    QFETCH(const QByteArray, written);
+    const QDate longDay(2026, 10, 25);
+    const CalendarFolder folder;
+    folder.write(fileName,
+        calendarText("BEGIN:VEVENT\r\nUID:night\r\nDTSTART;TZID=Europe/Berlin:" + start
+            + "\r\nDTEND;TZID=Europe/Berlin:" + end + "\r\nRRULE:FREQ=WEEKLY\r\nSUMMARY:Night\r\nEND:VEVENT\r\n"));
+    const auto store = folder.openWithoutWatching();
+    const CalEventPtr event = eventNamed(*store, u"Night"_s, longDay);
+
+    event->setTitle(u"Watch"_s);
+    event->setStartDate(event->startDate().addSecs(shift));
+    event->setEndDate(event->endDate().addSecs(shift));
+    QVERIFY(store->saveEvent(*event, span).isOk());
+
+    const QByteArray saved = folder.read(fileName);
+    QVERIFY2(saved.contains(QByteArray(written + "\r\n")), saved.constData());
+    const auto again = folder.openWithoutWatching();
+    const CalEventPtr changed = eventNamed(*again, u"Watch"_s, longDay);
+    QCOMPARE(changed->startDate(), event->startDate());
+    QCOMPARE(changed->endDate(), event->endDate());
+    const CalEventPtr next = eventNamed(*again, span == CalSpanAllEvents ? u"Watch"_s : u"Night"_s, longDay.addDays(7));
+    QCOMPARE(next->startDate().time(), QTime(2, 30));
+    QCOMPARE(next->endDate().time(), QTime(3, 30));
 }
 
 VANTLE_TEST(OddItemsSavingTest)
