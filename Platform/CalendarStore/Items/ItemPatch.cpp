@@ -84,9 +84,7 @@ private:
             writeStart(start);
         const qint64 wanted = lengthBetween(start, end);
         if (keepsLength(wanted)) {
-            const qint64 length
-                = hasTimes && m_item.end ? lengthBetween(instantOf(*m_item.start), instantOf(*m_item.end)) : -1;
-            if (length != wanted)
+            if (!hasTimes || endByLength(start) != end)
                 m_patch.setValue("DURATION", ICalendar::durationText(wanted));
         } else if (!hasTimes || !m_item.end || instantOf(*m_item.end) != end) {
             writeEnd(end);
@@ -107,6 +105,20 @@ private:
     {
         const bool isByClock = m_item.start && m_item.start->form == CivilTime::Form::Floating;
         return isByClock ? m_local->toCivil(end) - m_local->toCivil(start) : end - start;
+    }
+
+    // When the event ends that begins then, by the length as it is: a day of it is one by the calendar, which a clock
+    // change may make longer or shorter.
+    ICalendar::UtcSeconds endByLength(ICalendar::UtcSeconds start) const
+    {
+        const CivilTime &form = *m_item.start;
+        const qint64 days = m_item.durationDays * ICalendar::secondsPerDay;
+        if (form.form == CivilTime::Form::Utc)
+            return start + days + m_item.durationSeconds;
+        if (form.form == CivilTime::Form::Floating)
+            return m_local->toUtc(m_local->toCivil(start) + days + m_item.durationSeconds);
+        return CivilTime { form.zone->toCivil(start) + days, form.form, form.zone }.toUtc(*m_local)
+            + m_item.durationSeconds;
     }
 
     void writeStart(ICalendar::UtcSeconds start)

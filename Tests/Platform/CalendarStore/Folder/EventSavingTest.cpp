@@ -60,6 +60,8 @@ private Q_SLOTS:
     void aTimeThatComesTwiceIsTheOneThatWasMeant();
     void aLengthStaysALength_data();
     void aLengthStaysALength();
+    void aLengthOfDaysIsOneByTheCalendar_data();
+    void aLengthOfDaysIsOneByTheCalendar();
     void anEndIsAddedWhereThereWasNone();
     void anEventBecomesAllDay_data();
     void anEventBecomesAllDay();
@@ -222,6 +224,47 @@ void EventSavingTest::aLengthStaysALength()
 
     QCOMPARE(withoutStamps(linesOnlyIn(folder.read(u"c/e.ics"_s), text)), written);
     QCOMPARE(eventsOn(*store, QDate(2026, 3, 11)).constFirst()->endDate(), end);
+}
+
+void EventSavingTest::aLengthOfDaysIsOneByTheCalendar_data()
+{
+    QTest::addColumn<QByteArray>("start");
+    QTest::addColumn<QByteArray>("newStart");
+    QTest::addColumn<QByteArray>("newEnd");
+    QTest::addColumn<QByteArrayList>("written");
+
+    // The clock is set forward on 29 March and back on 25 October.
+    QTest::newRow("onto a day of 23 hours") << QByteArray("20260311T120000") << QByteArray("2026-03-28T12:00:00")
+                                            << QByteArray("2026-03-29T12:00:00") << QByteArrayList {};
+    QTest::newRow("as many hours as the day of 25 had")
+        << QByteArray("20261024T120000") << QByteArray("2026-11-10T12:00:00") << QByteArray("2026-11-11T13:00:00")
+        << QByteArrayList { "DURATION:PT25H" };
+}
+
+void EventSavingTest::aLengthOfDaysIsOneByTheCalendar()
+{
+    QFETCH(const QByteArray, start);
+    QFETCH(const QByteArray, newStart);
+    QFETCH(const QByteArray, newEnd);
+    QFETCH(const QByteArrayList, written);
+    const CalendarFolder folder;
+    const QByteArray text = calendarText(
+        "BEGIN:VEVENT\r\nUID:e\r\nDTSTART;TZID=Europe/Berlin:" + start + "\r\nDURATION:P1D\r\nEND:VEVENT\r\n");
+    folder.write(u"c/e.ics"_s, text);
+    const auto store = folder.openWithoutWatching();
+    const CalEventPtr event
+        = eventsOn(*store, QDate::fromString(QString::fromLatin1(start.first(8)), u"yyyyMMdd"_s)).constFirst();
+
+    event->setStartDate(local(newStart.constData()));
+    event->setEndDate(local(newEnd.constData()));
+    QVERIFY(store->saveEvent(*event, CalSpanThisEvent).isOk());
+
+    QByteArrayList changed = withoutStamps(linesOnlyIn(folder.read(u"c/e.ics"_s), text));
+    changed.removeIf([](const QByteArray &line) { return line.startsWith("DTSTART"); });
+    QCOMPARE(changed, written);
+    const CalEventPtr again = eventsOn(*folder.openWithoutWatching(), event->startDate().date()).constFirst();
+    QCOMPARE(again->startDate(), event->startDate());
+    QCOMPARE(again->endDate(), event->endDate());
 }
 
 void EventSavingTest::anEndIsAddedWhereThereWasNone()
