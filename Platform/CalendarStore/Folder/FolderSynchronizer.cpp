@@ -25,6 +25,8 @@ namespace
 
 // What a change from outside may take of the window's time before the worker takes over.
 constexpr auto budgetForChanges = 5ms;
+// Whoever asks for a single file shows it next: it is read at once, however busy the machine is.
+constexpr auto budgetForOneFile = std::chrono::milliseconds::max();
 
 // So many files are looked into in a turn of the event loop that there is room for something else.
 constexpr qsizetype suspectsPerTurn = 200;
@@ -125,7 +127,7 @@ void FolderSynchronizer::dropOwn(Collection &collection, const QString &fileName
 void FolderSynchronizer::readAgain(Collection &collection, const QString &fileName)
 {
     order(collection, fileName);
-    carryOutOrders(budgetForChanges);
+    carryOutOrders(budgetForOneFile);
 }
 
 void FolderSynchronizer::watchRoot()
