@@ -104,9 +104,10 @@ CalendarStoreBackend::TaskState taskState(CalPredicate::Subject subject)
     return CalendarStoreBackend::TaskState::Any;
 }
 
-StoreError refusal(StoreError::Code code, const CalCalendarItem &item, const QString &reason)
+template <typename Record> StoreError refusal(StoreError::Code code, const Record &item, const QString &reason)
 {
-    return { code, item.title().value_or(QString()), item.calendar() ? item.calendar()->title() : QString(), reason };
+    const std::optional<QString> title = item.asRead() ? item.asRead()->title() : item.title();
+    return { code, title.value_or(QString()), item.calendar() ? item.calendar()->title() : QString(), reason };
 }
 
 QString calendarVanished()

@@ -22,6 +22,7 @@ private Q_SLOTS:
     void saveIntoARenamedCalendarReachesItsBackend();
     void savedRecordCountsAsReadAnew();
     void readOnlyCalendarRefusesASave();
+    void refusalNamesTheItemAsItIsStored();
     void calendarForEventsRefusesATask();
     void taskWithoutCalendarIsRefused();
     void vanishedCalendarIsAClearError();
@@ -197,6 +198,21 @@ void CalCalendarStoreSavingTest::readOnlyCalendarRefusesASave()
     QCOMPARE(error.code, StoreError::Code::ReadOnly);
     QCOMPARE(error.message(), u"“Read me” in the calendar “shared” was not saved.\nThe calendar cannot be changed."_s);
     QCOMPARE(stores.first->saves(), 0);
+}
+
+void CalCalendarStoreSavingTest::refusalNamesTheItemAsItIsStored()
+{
+    const TwoBackends stores;
+    stores.first->addCalendar(makeReadOnlyCalendar(u"shared"_s));
+    stores.first->addTask(u"shared"_s, makeTask(u"a"_s, u"Read me"_s));
+    const CalTaskPtr task = stores.tasks().first();
+    task->setTitle(u"Change me"_s);
+
+    StoreError error;
+    QVERIFY(!stores.store->saveTask_error(task, &error));
+    QCOMPARE(error.item, u"Read me"_s);
+    QVERIFY(!stores.store->removeTask_error(task, &error));
+    QCOMPARE(error.item, u"Read me"_s);
 }
 
 void CalCalendarStoreSavingTest::calendarForEventsRefusesATask()
