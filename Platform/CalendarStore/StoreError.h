@@ -23,6 +23,7 @@ struct StoreError {
     QString reason; // what the system or the store says, one sentence in the user's language
     Action action = Action::Save; // set by CalCalendarStore
 
-    // What to show: what did not happen, to which item of which calendar, and why. Plain text.
+    // What to show: what did not happen, to which item of which calendar, and why. Plain text. Of
+    // a long title only the beginning is told.
     QString message() const;
 };

@@ -17,6 +17,8 @@ private Q_SLOTS:
     void messageWithoutReasonIsOneLine();
     void messageTellsWhatWasRefused();
     void percentSignsInATitleStay();
+    void longTitleLeavesRoomForTheReason();
+    void titleStandsOnOneLine();
 };
 
 void StoreErrorTest::messageNamesItemCalendarAndReason()
@@ -57,6 +59,24 @@ void StoreErrorTest::percentSignsInATitleStay()
     const StoreError error { StoreError::Code::Io, u"%2 off <b>today</b>"_s, u"%1"_s, {} };
 
     QCOMPARE(error.message(), u"“%2 off <b>today</b>” in the calendar “%1” was not saved."_s);
+}
+
+void StoreErrorTest::longTitleLeavesRoomForTheReason()
+{
+    // The last one that could stand there is one sign of two characters.
+    const QString title = QString(199, u'W') + u"🎂"_s.repeated(500000);
+    const StoreError error { StoreError::Code::Io, title, title, u"The disk is full."_s };
+
+    const QString shown = QString(199, u'W') + u'…';
+    QCOMPARE(error.message(), u"“%1” in the calendar “%1” was not saved.\nThe disk is full."_s.arg(shown));
+    QCOMPARE(error.item, title);
+}
+
+void StoreErrorTest::titleStandsOnOneLine()
+{
+    const StoreError error { StoreError::Code::Io, u"Buy\nmilk\tand\u2028bread\u2029"_s, {}, {} };
+
+    QCOMPARE(error.message(), u"“Buy milk and bread ” was not saved."_s);
 }
 
 VANTLE_TEST(StoreErrorTest)
