@@ -26,11 +26,14 @@ namespace
 {
 
 constexpr int longestTitleInMenu = 240; // pixels
+// More of it is not to be seen in any font, and would be measured at every refetch.
+constexpr qsizetype longestMeasuredTitle = 500; // characters
 
 QString menuTitle(const QString &title, const QWidget &window)
 {
     return VTSheetForm::withoutMnemonic(
-        QFontMetrics(window.font()).elidedText(VTSheetForm::oneLine(title), Qt::ElideRight, longestTitleInMenu));
+        QFontMetrics(window.font())
+            .elidedText(VTSheetForm::oneLine(title.left(longestMeasuredTitle)), Qt::ElideRight, longestTitleInMenu));
 }
 
 } // namespace

@@ -41,6 +41,7 @@ private Q_SLOTS:
     void itIsShownAsItStands_data();
     void itIsShownAsItStands();
     void theWindowAnswersAtOnce();
+    void itIsDeletedAtOnce();
     void noLabelOrTipTakesItForMarkup();
     void nothingIsOpened();
 
@@ -130,6 +131,25 @@ void VTHostileTextTest::theWindowAnswersAtOnce()
     QApplication::processEvents();
     const double refetch = processorMilliseconds() - start;
     QVERIFY2(refetch < frameLimit, qPrintable(QString::number(refetch)));
+}
+
+void VTHostileTextTest::itIsDeletedAtOnce()
+{
+    for (const QString &title : hostileTitles())
+        add(title);
+    VTMainWindowController &controller = m_fixture->wakeWithWindow();
+    QApplication::processEvents();
+
+    const QStringList uids = uidsOf(controller.tasks());
+    for (const QString &uid : uids) {
+        controller.setSelectedCalItemUID(uid);
+        const double start = processorMilliseconds();
+        controller.delete_();
+        controller.updateControls();
+        const double frame = processorMilliseconds() - start;
+        QVERIFY2(frame < frameLimit, qPrintable(u"%1: %2 ms"_s.arg(uid).arg(frame)));
+    }
+    QCOMPARE(m_fixture->backend().storedTasks(), 0);
 }
 
 void VTHostileTextTest::noLabelOrTipTakesItForMarkup()
