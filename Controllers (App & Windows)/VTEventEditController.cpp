@@ -137,16 +137,20 @@ void VTEventEditController::endEventEditSheetAndSaveEvent(QObject * /*sender*/)
     VTUpdatePropertiesFromEvent(*event, proxyEvent());
     const std::optional<QString> title = event->title();
     event->setTitle(u"DUMBY "_s + title.value_or(QString()));
-    save(event, CalSpanThisEvent);
+    save(event, CalSpanThisEvent, title.value_or(QString()));
     event->setTitle(title);
-    save(event, CalSpanAllEvents);
+    save(event, CalSpanAllEvents, title.value_or(QString()));
 }
 
-void VTEventEditController::save(const CalEventPtr &event, CalSpan span)
+void VTEventEditController::save(const CalEventPtr &event, CalSpan span, const QString &ownTitle)
 {
     StoreError error;
-    if (!services().store.saveEvent_span_error(event, span, &error))
-        showError(error);
+    if (services().store.saveEvent_span_error(event, span, &error))
+        return;
+    // The title of the first step is nothing that the person has ever seen.
+    if (error.item == event->title())
+        error.item = ownTitle;
+    showError(error);
 }
 
 void VTEventEditController::cancelEventEditSheet(QObject * /*sender*/)

@@ -47,7 +47,7 @@ private:
     CalEvent &proxyEvent() const;
     void fillRepetition();
     void showWholeDays(bool isAllDay);
-    void save(const CalEventPtr &event, CalSpan span);
+    void save(const CalEventPtr &event, CalSpan span, const QString &ownTitle);
 
     std::unique_ptr<Ui::VTEventEdit> m_ui;
     QPointer<KLVDatePicker> m_startDatePicker;

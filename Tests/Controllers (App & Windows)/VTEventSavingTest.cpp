@@ -25,6 +25,7 @@ private Q_SLOTS:
     void titleThatIsAbsentStaysAbsent();
     void firstSaveFailingShowsOneAlert();
     void bothSavesFailingShowTwoAlerts();
+    void alertNamesANewEventAsThePersonDoes();
     void failedSaveKeepsTheEditsInTheRecord();
     void newEventIsCreatedOnce();
     void sheetIsClosedBeforeAnythingIsSaved();
@@ -223,8 +224,23 @@ void VTEventSavingTest::bothSavesFailingShowTwoAlerts()
     fixture.events.endEventEditSheetAndSaveEvent();
 
     QCOMPARE(fixture.alerts.messages.size(), 2);
-    QVERIFY(fixture.alerts.messages.last().contains(u"“Lunch” in the calendar “Home”"_s));
+    for (const QString &message : fixture.alerts.messages)
+        QVERIFY2(message.contains(u"“Lunch” in the calendar “Home”"_s), qPrintable(message));
     QVERIFY(fixture.storedEvent(u"Lunch"_s));
+}
+
+void VTEventSavingTest::alertNamesANewEventAsThePersonDoes()
+{
+    EditSheetFixture fixture;
+    const auto event = std::make_shared<CalEvent>();
+    event->setTitle(u"New event"_s);
+    fixture.open(event);
+    replaceText(fixture.events.titleField(), u"Dinner"_s);
+
+    fixture.events.endEventEditSheetAndSaveEvent();
+
+    const QString message = u"“Dinner” was not saved.\nNo calendar was chosen for it."_s;
+    QCOMPARE(fixture.alerts.messages, QStringList({ message, message }));
 }
 
 void VTEventSavingTest::failedSaveKeepsTheEditsInTheRecord()
