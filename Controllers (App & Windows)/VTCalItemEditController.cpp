@@ -12,6 +12,7 @@
 #include <QUrl+VTHelper.h>
 
 #include <QApplication>
+#include <QFontMetrics>
 #include <QLabel>
 #include <QPlainTextEdit>
 #include <QPushButton>
@@ -25,6 +26,7 @@ namespace
 // All in points.
 constexpr double dotSize = 10;
 constexpr double notesHeight = 56;
+constexpr double longestCalendarTitle = 220;
 
 QString reasonNotToHold(CalItemKind kind)
 {
@@ -243,10 +245,16 @@ void VTCalItemEditController::updateCalendarsPopup(QObject * /*sender*/)
         return;
     const CalItemKind kind = m_proxyCalItem->kind();
     const CalCalendarPtr &chosen = m_proxyCalItem->calendar();
-    m_calendarsPopUp->clear();
-    m_calendarsPopUp->setPlaceholderText(
-        chosen ? VTSheetForm::oneLine(chosen->title()) : QCoreApplication::translate("Vantle", "Choose a calendar"));
     const KLVMetrics metrics(QApplication::font());
+    m_calendarsPopUp->clear();
+    QString placeholder = QCoreApplication::translate("Vantle", "Choose a calendar");
+    // The pop-up wants to be as wide as this text, and the sheet as its pop-up.
+    if (chosen) {
+        placeholder = QFontMetrics(m_calendarsPopUp->font())
+                          .elidedText(VTSheetForm::oneLine(chosen->title()), Qt::ElideRight,
+                              qRound(metrics.length(longestCalendarTitle)));
+    }
+    m_calendarsPopUp->setPlaceholderText(placeholder);
     const int dot = qRound(metrics.length(dotSize));
     m_calendarsPopUp->setIconSize({ dot, dot });
     const CalCalendarList calendars = m_services.store.calendars();

@@ -64,6 +64,7 @@ private Q_SLOTS:
     void nothingIsCutOffOrCovered_data();
     void nothingIsCutOffOrCovered();
     void sheetGrowsAndShrinksWithItsAlarms();
+    void longTitleOfACalendarLeavesTheWidth();
 };
 
 void VTSheetLayoutTest::nothingIsCutOffOrCovered_data()
@@ -121,6 +122,21 @@ void VTSheetLayoutTest::sheetGrowsAndShrinksWithItsAlarms()
         fixture.events.removeSelectedAlarm();
     }
     QTRY_COMPARE(sheet->height(), first);
+}
+
+void VTSheetLayoutTest::longTitleOfACalendarLeavesTheWidth()
+{
+    EditSheetFixture fixture;
+    fixture.open(fixture.addEvent(u"Lunch"_s));
+    const int usual = fixture.events.window()->width();
+    fixture.events.cancelEventEditSheet();
+    fixture.backend().replaceCalendar(std::make_shared<CalCalendar>(
+        CalCalendar::Values { .uid = u"Home"_s, .title = u"Home of all that is long "_s.repeated(10), .color = {} }));
+
+    fixture.open(fixture.storedEvent(u"Lunch"_s));
+
+    QCOMPARE(fixture.events.window()->width(), usual);
+    QCOMPARE(troubles(*fixture.events.window()), QStringList());
 }
 
 VANTLE_TEST(VTSheetLayoutTest)
