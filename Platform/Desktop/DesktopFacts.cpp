@@ -4,12 +4,27 @@
 #include <QApplication>
 #include <QFontInfo>
 #include <QLocale>
+#include <QProxyStyle>
 #include <QScreen>
 #include <QStringList>
 #include <QStyle>
 #include <QSysInfo>
 
 using namespace Qt::StringLiterals;
+
+namespace
+{
+
+// A style that stands upon another one has no name of its own.
+QString styleName()
+{
+    const QStyle *style = QApplication::style();
+    while (const auto *const proxy = qobject_cast<const QProxyStyle *>(style))
+        style = proxy->baseStyle();
+    return style->name();
+}
+
+} // namespace
 
 QString desktopFacts()
 {
@@ -28,7 +43,7 @@ QString desktopFacts()
         u"Language: %1"_s.arg(QLocale().name()),
         u"Screens: %1"_s.arg(screens.join(u", "_s)),
         u"Font: %1, %2 pixels"_s.arg(font.family()).arg(font.pixelSize()),
-        u"Style: %1"_s.arg(QApplication::style()->name()),
+        u"Style: %1"_s.arg(styleName()),
     };
     return facts.join(u'\n') + u'\n';
 }

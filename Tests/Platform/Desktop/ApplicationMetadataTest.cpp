@@ -4,7 +4,10 @@
 #include <ApplicationMetadata.h>
 #include <DesktopFacts.h>
 
+#include <QApplication>
 #include <QFile>
+#include <QProxyStyle>
+#include <QStyleFactory>
 #include <QTest>
 
 using namespace Qt::StringLiterals;
@@ -19,6 +22,7 @@ private Q_SLOTS:
     void summaryIsInThePersonsLanguage();
     void damagedTextGivesWhatCameBefore();
     void factsNameTheDesktop();
+    void factsNameTheStyleBelowOurs();
 };
 
 void ApplicationMetadataTest::everythingIsKnownOfThisProgram()
@@ -75,6 +79,17 @@ void ApplicationMetadataTest::factsNameTheDesktop()
     QVERIFY(facts.contains(u"Qt: %1\n"_s.arg(QLatin1StringView(qVersion()))));
     QVERIFY(facts.contains(u"(offscreen)"_s));
     QVERIFY2(!facts.contains(qEnvironmentVariable("HOME")), qPrintable(facts));
+}
+
+void ApplicationMetadataTest::factsNameTheStyleBelowOurs()
+{
+    const QString previous = QApplication::style()->name();
+    QApplication::setStyle(new QProxyStyle(QStyleFactory::create(u"fusion"_s))); // owned by the application
+
+    const QString facts = desktopFacts();
+    QApplication::setStyle(previous);
+
+    QVERIFY2(facts.contains(u"Style: fusion\n"_s), qPrintable(facts));
 }
 
 VANTLE_TEST(ApplicationMetadataTest)
