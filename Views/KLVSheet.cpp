@@ -51,6 +51,7 @@ void KLVSheet::beginSheet(QWidget *window)
     activateWindow();
     if (focused)
         focused->setFocus(Qt::OtherFocusReason);
+    m_isBegun = true;
 }
 
 void KLVSheet::endSheet()
@@ -59,6 +60,7 @@ void KLVSheet::endSheet()
         return;
     QWidget *const window = m_window;
     m_window.clear();
+    m_isBegun = false;
     window->removeEventFilter(this);
     hide();
     setParent(nullptr, sheetFlags);
@@ -97,6 +99,9 @@ bool KLVSheet::eventFilter(QObject *watched, QEvent *event)
     }
 
     auto *const control = qobject_cast<QWidget *>(watched);
+    // A dialog that is shown again tells its control that Tab has led there; what was typed would be selected.
+    if (event->type() == QEvent::FocusIn && m_isBegun && control && !control->hasFocus())
+        return true;
     if (event->type() == QEvent::KeyPress && control && control->window() == this)
         return interpretKey(static_cast<QKeyEvent &>(*event), control);
     return QDialog::eventFilter(watched, event);

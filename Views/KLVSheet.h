@@ -47,4 +47,5 @@ private:
     void takeKeyboardBack();
 
     QPointer<QWidget> m_window;
+    bool m_isBegun = false; // also while it is out of sight together with its window
 };
