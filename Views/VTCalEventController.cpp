@@ -180,6 +180,13 @@ VTRowFrames VTCalEventController::loadedFrames() const
         const double needed = KLVMiniBadge::textWidth(VTRowWords::time(time, locale), fonts.badge);
         badgeWidth = std::max(badgeWidth, std::ceil(needed + 2 * badgePadding));
     }
+    // A day stands there instead of a time that lies beyond the shown day, and may be wider.
+    const auto widthOf = [&](const KLVMiniBadge &badge) {
+        const double needed = KLVMiniBadge::textWidth(badge.stringValue().value_or(QString()), fonts.badge);
+        return std::max(badgeWidth, std::ceil(needed + 2 * badgePadding));
+    };
+    const double startWidth = widthOf(*m_startBadge);
+    const double endWidth = widthOf(*m_endBadge);
     const double allDayWidth = std::max(frames.value(u"allDayBadge"_s).width(),
         std::ceil(KLVMiniBadge::textWidth(*m_allDayBadge->stringValue(), fonts.badge) + 2 * badgePadding));
     const double right = frames.value(u"endBadge"_s).right();
@@ -188,16 +195,16 @@ VTRowFrames VTCalEventController::loadedFrames() const
     const auto placeBadge = [&](const QString &name, double badgeRight, double width) {
         frames[name] = VTRowGeometry::centred(QRectF(badgeRight - width, 0, width, badgeHeight), rowHeight, firstLine);
     };
-    placeBadge(u"endBadge"_s, right, badgeWidth); // NOLINT(readability-suspicious-call-argument)
+    placeBadge(u"endBadge"_s, right, endWidth); // NOLINT(readability-suspicious-call-argument)
     // An event without length has one badge, at the right.
-    placeBadge(u"startBadge"_s, m_endBadge->isHidden() ? right : right - badgeWidth - badgeGap, badgeWidth);
+    placeBadge(u"startBadge"_s, m_endBadge->isHidden() ? right : right - endWidth - badgeGap, startWidth);
     placeBadge(u"allDayBadge"_s, right, allDayWidth);
 
     QRectF &dot = frames[u"calendarDot"_s];
     dot.setHeight(metrics.length(dot.height()));
     dot = VTRowGeometry::centred(dot, rowHeight, firstLine);
     QRectF &title = frames[u"titleField"_s];
-    title.setWidth(right - 2 * badgeWidth - badgeGap - titleGap - title.x() + narrowing);
+    title.setWidth(right - startWidth - endWidth - badgeGap - titleGap - title.x() + narrowing);
 
     frames[u"locationField"_s].setHeight(metrics.height(frames.value(u"locationField"_s).height(), fonts.value));
     frames[u"locationLabel"_s].setHeight(frames.value(u"locationField"_s).height());

@@ -32,6 +32,7 @@ private Q_SLOTS:
     void detailsShowOnlyWhileTheRowIsSelected();
     void absentDetailsNeverShow();
     void allDayEventHasOneBadge();
+    void badgeIsWideEnoughForADay();
     void iconsSayWhatTheEventHas();
     void cancelledEventIsStruckOut();
     void mailtoInCapitalsMakesAnActiveButton();
@@ -169,6 +170,29 @@ void VTRowsTest::allDayEventHasOneBadge()
     QVERIFY(!row.allDayBadge()->isHidden());
     QCOMPARE(row.allDayBadge()->stringValue(), u"all day"_s);
     QCOMPARE(row.allDayBadge()->frame().right(), 328.0);
+}
+
+void VTRowsTest::badgeIsWideEnoughForADay()
+{
+    QFont font(u"Inter"_s);
+    font.setPixelSize(13);
+    m_accordion->setFont(font);
+    QLocale::setDefault(QLocale(QLocale::German));
+    const auto event = RowFixture::event(u"Night train"_s, at(19, 23), at(21, 6), m_fixture->home);
+    m_fixture->shownDate = at(20, 10);
+
+    const auto &row = show<VTCalEventController>(event);
+
+    for (const KLVMiniBadge *badge : { row.startBadge(), row.endBadge() }) {
+        const double room = badge->frame().width() - 2 * 6.0;
+        const QString day = badge->stringValue().value();
+        QVERIFY2(day.contains(u"Nov"_s), qPrintable(day));
+        QVERIFY2(KLVMiniBadge::textWidth(day, badge->font()) <= room, qPrintable(day));
+    }
+    QCOMPARE(row.endBadge()->frame().right(), 328.0);
+    QCOMPARE(row.startBadge()->frame().right(), row.endBadge()->frame().left() - 4.0);
+    // Less the 40 points that its text does not use, the title ends before the badges.
+    QCOMPARE(row.titleField()->frame().right() - 40.0, row.startBadge()->frame().left() - 8.0);
 }
 
 void VTRowsTest::iconsSayWhatTheEventHas()
