@@ -6,6 +6,7 @@
 #include <QApplication>
 #include <QEvent>
 #include <QTimer>
+#include <QWindow>
 
 #include <algorithm>
 #include <utility>
@@ -15,6 +16,15 @@ namespace
 
 // Window managers grant a pager what they may refuse to an application.
 constexpr quint32 sourceIsPager = 2;
+
+// Where the person has it. Without that wish the window manager finds a place for a window that is shown again,
+// as for a new one.
+void keepPlace(const QWidget &window)
+{
+    QWindow *const handle = window.windowHandle();
+    if (handle && !(window.windowState() & (Qt::WindowMaximized | Qt::WindowFullScreen)))
+        handle->setGeometry(handle->geometry());
+}
 
 } // namespace
 
@@ -66,6 +76,8 @@ bool DesktopPresence::eventFilter(QObject *watched, QEvent *event)
                 applyTaskBarEntry(*window);
         });
     }
+    if (event->type() == QEvent::Hide && !event->spontaneous() && window)
+        keepPlace(*window);
     return Presence::eventFilter(watched, event);
 }
 
@@ -92,6 +104,7 @@ void DesktopPresence::applicationStateDidChange(Qt::ApplicationState state)
 
 void DesktopPresence::hideWindow(QWidget &window)
 {
+    keepPlace(window);
     window.hide();
     m_hidden.append(&window);
 }

@@ -28,6 +28,12 @@ def is_viewable(window):
     return "IsViewable" in answer
 
 
+def place_of(window):
+    """Left and top on the screen, without what the window manager puts around it."""
+    answer = run("xwininfo", "-id", window)
+    return tuple(int(re.search(rf"Absolute upper-left {axis}:\s+(-?\d+)", answer).group(1)) for axis in "XY")
+
+
 def visible_windows(vantle):
     """All of the program's, menus among them."""
     return set(subprocess.run(["xdotool", "search", "--onlyvisible", "--pid", str(vantle.process.pid)],

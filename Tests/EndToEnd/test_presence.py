@@ -5,7 +5,7 @@
 import subprocess
 import unittest
 
-from desk import OnADesk, WindowManager, focused_window, is_viewable, property_of, window_manager
+from desk import OnADesk, WindowManager, focused_window, is_viewable, place_of, property_of, window_manager
 from driver import PROGRAM, eventually, run
 
 SKIPPED = ("_NET_WM_STATE_SKIP_TASKBAR", "_NET_WM_STATE_SKIP_PAGER")
@@ -63,6 +63,21 @@ class Presence(OnADesk):
         self.leave(other)
         run("xdotool", "key", "--clearmodifiers", HOT_KEY)
         eventually(lambda: is_viewable(self.window) and focused_window() == self.window, what="our window back")
+
+    def test_the_window_comes_back_where_it_was(self):
+        self.start()
+        eventually(lambda: focused_window() == self.window, what="our window in front")
+        before = self.vantle.top.rectangle
+        self.vantle.move(37, 91)
+        eventually(lambda: self.vantle.top.rectangle[:2] != before[:2], what="a window that knows of its move")
+        place = place_of(self.window)
+
+        for key in (HOT_KEY, HOT_KEY, "ctrl+w"):
+            run("xdotool", "key", "--clearmodifiers", key)
+            eventually(lambda: not is_viewable(self.window), what="a hidden window")
+            run("xdotool", "key", "--clearmodifiers", HOT_KEY)
+            eventually(lambda: is_viewable(self.window) and focused_window() == self.window, what="our window back")
+            eventually(lambda: place_of(self.window) == place, what=f"a window at {place}")
 
     def test_it_hides_while_another_program_is_in_front(self):
         self.start(VTHidesWhenInactive="true")
