@@ -121,7 +121,9 @@ void DesktopPresence::showHiddenWindows()
 
 bool DesktopPresence::isActive() const
 {
-    return !m_isHidden && QGuiApplication::applicationState() == Qt::ApplicationActive;
+    // Qt goes on taking an application for active whose window was closed with the keyboard in it.
+    return !m_isHidden && QGuiApplication::applicationState() == Qt::ApplicationActive
+        && QGuiApplication::focusWindow();
 }
 
 void DesktopPresence::activate()

@@ -5,7 +5,8 @@
 import subprocess
 import unittest
 
-from desk import OnADesk, WindowManager, focused_window, is_viewable, place_of, property_of, window_manager
+from desk import (OnADesk, WindowManager, focused_window, is_viewable, place_of, property_of, visible_windows,
+                  window_manager)
 from driver import PROGRAM, eventually, run
 
 SKIPPED = ("_NET_WM_STATE_SKIP_TASKBAR", "_NET_WM_STATE_SKIP_PAGER")
@@ -64,20 +65,33 @@ class Presence(OnADesk):
         run("xdotool", "key", "--clearmodifiers", HOT_KEY)
         eventually(lambda: is_viewable(self.window) and focused_window() == self.window, what="our window back")
 
-    def test_the_window_comes_back_where_it_was(self):
+    def start_at_a_place(self):
+        """Where the person, and not the window manager, wants it."""
         self.start()
         eventually(lambda: focused_window() == self.window, what="our window in front")
         before = self.vantle.top.rectangle
         self.vantle.move(37, 91)
         eventually(lambda: self.vantle.top.rectangle[:2] != before[:2], what="a window that knows of its move")
-        place = place_of(self.window)
+        return place_of(self.window)
 
-        for key in (HOT_KEY, HOT_KEY, "ctrl+w"):
-            run("xdotool", "key", "--clearmodifiers", key)
-            eventually(lambda: not is_viewable(self.window), what="a hidden window")
-            run("xdotool", "key", "--clearmodifiers", HOT_KEY)
-            eventually(lambda: is_viewable(self.window) and focused_window() == self.window, what="our window back")
-            eventually(lambda: place_of(self.window) == place, what=f"a window at {place}")
+    def test_a_hidden_window_comes_back_where_it_was(self):
+        place = self.start_at_a_place()
+
+        run("xdotool", "key", "--clearmodifiers", HOT_KEY)
+        eventually(lambda: not is_viewable(self.window), what="a hidden window")
+        run("xdotool", "key", "--clearmodifiers", HOT_KEY)
+        eventually(lambda: focused_window() == self.window, what="our window back")
+        eventually(lambda: place_of(self.window) == place, what=f"a window at {place}")
+
+    def test_a_closed_window_comes_back_at_once_and_where_it_was(self):
+        place = self.start_at_a_place()
+
+        self.vantle.press("ctrl+w")
+        eventually(lambda: not visible_windows(self.vantle), what="a closed window")
+        run("xdotool", "key", "--clearmodifiers", HOT_KEY)
+        # It is another window for the display.
+        eventually(lambda: str(focused_window()) in visible_windows(self.vantle), what="our window back")
+        eventually(lambda: place_of(focused_window()) == place, what=f"a window at {place}")
 
     def test_it_hides_while_another_program_is_in_front(self):
         self.start(VTHidesWhenInactive="true")
