@@ -8,6 +8,7 @@
 #include <CalCalendarStore.h>
 #include <CalTask+VTHelpers.h>
 #include <Clock.h>
+#include <QDateTime+VTHelper.h>
 
 #include <QCoreApplication>
 #include <QSignalBlocker>
@@ -148,9 +149,11 @@ void VTTaskEditController::takeDueDate()
         return;
     }
     const QDateTime due = m_dueDatePicker->dateValue();
-    // A day without a time stays one until the person gives it a time.
-    task.setIsDueDateOnly(task.isDueDateOnly() && due.time() == QTime(0, 0));
-    task.setDueDate(due);
+    // A day without a time stays one until the person gives it a time. It begins at one where the clock skips midnight.
+    const bool isAsBefore = task.dueDate() && due.time() == task.dueDate()->time();
+    const bool isDay = isAsBefore || due.time() == QTime(0, 0) || due == firstSecondOfDay(due);
+    task.setIsDueDateOnly(task.isDueDateOnly() && isDay);
+    task.setDueDate(task.isDueDateOnly() ? firstSecondOfDay(due) : due);
 }
 
 void VTTaskEditController::updateAlarm_withAlarm(const CalAlarmPtr &alarm, const CalAlarmPtr &newAlarm)

@@ -87,7 +87,7 @@ std::optional<Error> takeOption(EditOptions &options, const QString &name, const
 std::optional<EditOptions::Moment> EditOptions::momentOf(const QString &text)
 {
     if (const QDate day = QDate::fromString(text, u"yyyy-MM-dd"_s); day.isValid())
-        return Moment { QDateTime(day, QTime(0, 0)), true };
+        return Moment { day.startOfDay(), true };
     for (const QString &format : { u"yyyy-MM-dd'T'HH:mm"_s, u"yyyy-MM-dd'T'HH:mm:ss"_s }) {
         if (const QDateTime instant = QDateTime::fromString(text, format); instant.isValid())
             return Moment { instant, false };

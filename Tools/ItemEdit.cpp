@@ -39,7 +39,7 @@ void moveStart(CalEvent &event, const EditOptions::Moment &start)
     if (event.isAllDay()) {
         const QDate first = start.instant.date();
         event.setEndDate(event.endDate().addDays(before.date().daysTo(first)));
-        event.setStartDate(QDateTime(first, QTime(0, 0)));
+        event.setStartDate(first.startOfDay());
         return;
     }
     event.setStartDate(start.instant);

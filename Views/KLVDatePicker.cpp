@@ -39,6 +39,16 @@ QTime toTheMinute(QTime time)
     return { time.hour(), time.minute() };
 }
 
+// A time that the clock skips on that day is counted with the offset from before it (RFC 5545, section 3.3.5).
+QDateTime instantOf(QDate day, QTime time)
+{
+    const QDateTime instant(day, time);
+    if (instant.isValid())
+        return instant;
+    const int offset = QDateTime(day.addDays(-1), time).offsetFromUtc(); // seconds
+    return QDateTime(day, time, Qt::OffsetFromUTC, offset).toLocalTime();
+}
+
 // Weekday, day, month and year in the order of the locale.
 QString datePattern(const QLocale &locale)
 {
@@ -76,8 +86,8 @@ QDateTime KLVDatePicker::dateValue() const
         return m_given;
     const bool isGivenTime = !m_showsTime || toTheMinute(shown.time()) == toTheMinute(m_given.time());
     if (isGivenTime || displayedSections().testFlag(SecondSection))
-        return { shown.date(), isGivenTime ? m_given.time() : shown.time() };
-    return { shown.date(), toTheMinute(shown.time()) };
+        return instantOf(shown.date(), isGivenTime ? m_given.time() : shown.time());
+    return instantOf(shown.date(), toTheMinute(shown.time()));
 }
 
 void KLVDatePicker::setDateValue(const QDateTime &instant)

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "EditSheetFixture.h"
 
+#include <ScopedTimeZone.h>
 #include <TestRegistry.h>
 
 #include <QAccessible>
@@ -24,6 +25,7 @@ private Q_SLOTS:
     void relativeAlarmsOutliveTheDueDate();
     void switchSetByAssistiveTechnologyCounts();
     void dueDayStaysADayUntilItGetsATime();
+    void dueDayStaysADayWhereTheClockSkipsMidnight();
     void editsReachTheStore();
     void priorityOfAnyNumberIsShownAndKept_data();
     void priorityOfAnyNumberIsShownAndKept();
@@ -241,6 +243,24 @@ void VTTaskEditControllerTest::dueDayStaysADayUntilItGetsATime()
     fixture.tasks.dueDatePicker()->setDateTime(localInstant("2026-11-23T08:00"));
     fixture.tasks.endTaskEditSheetAndSaveTask();
     QVERIFY(!fixture.storedTask(u"Milk"_s)->isDueDateOnly());
+}
+
+void VTTaskEditControllerTest::dueDayStaysADayWhereTheClockSkipsMidnight()
+{
+    const ScopedTimeZone zone("Africa/Cairo");
+    const QDate longNight(2026, 4, 24); // begins at one
+    EditSheetFixture fixture;
+    const CalTaskPtr task = makeTaskDue(u"1"_s, u"Milk"_s, longNight.addDays(-1).startOfDay());
+    task->setIsDueDateOnly(true);
+    fixture.backend().addTask(u"Home"_s, task);
+
+    for (const QDate day : { longNight, longNight.addDays(1) }) {
+        fixture.open(fixture.storedTask(u"Milk"_s));
+        fixture.tasks.dueDatePicker()->setDate(day);
+        fixture.tasks.endTaskEditSheetAndSaveTask();
+        QVERIFY(fixture.storedTask(u"Milk"_s)->isDueDateOnly());
+        QCOMPARE(fixture.storedTask(u"Milk"_s)->dueDate().value_or(QDateTime()), day.startOfDay());
+    }
 }
 
 void VTTaskEditControllerTest::editsReachTheStore()

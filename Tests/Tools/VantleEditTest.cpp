@@ -31,6 +31,7 @@ private Q_SLOTS:
     void init();
     void aFieldIsSet_data();
     void aFieldIsSet();
+    void daysAreSetWhereTheClockSkipsMidnight();
     void anEmptyValueClears();
     void aToDoIsTickedAndOpened();
     void anItemIsDeleted();
@@ -50,11 +51,13 @@ private:
     QByteArray read(const QString &name) const;
 
     std::unique_ptr<QTemporaryDir> m_folder;
+    QString m_zone; // the local one of the program
     QString m_errors; // of the last run
 };
 
 void VantleEditTest::init()
 {
+    m_zone = u"Europe/Berlin"_s;
     m_folder = std::make_unique<QTemporaryDir>();
     write(u"Home/lunch.ics"_s, lunch);
     write(u"Home/fair.ics"_s, fair);
@@ -67,7 +70,7 @@ int VantleEditTest::run(const QStringList &arguments)
 {
     QProcess process;
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    environment.insert(u"TZ"_s, u"Europe/Berlin"_s);
+    environment.insert(u"TZ"_s, m_zone);
     environment.insert(u"XDG_STATE_HOME"_s, m_folder->filePath(u".state"_s));
     process.setProcessEnvironment(environment);
     process.start(QStringLiteral(VANTLE_EDIT), QStringList { m_folder->path() } + arguments);
@@ -131,6 +134,16 @@ void VantleEditTest::aFieldIsSet()
     const QByteArray text = read(u"Home/"_s + uid + u".ics"_s);
     for (const QByteArray &line : written)
         QVERIFY2(text.contains(QByteArray("\r\n" + line + "\r\n")), text.constData());
+}
+
+void VantleEditTest::daysAreSetWhereTheClockSkipsMidnight()
+{
+    m_zone = u"Africa/Cairo"_s; // 24 April 2026 begins at one
+
+    QCOMPARE(run({ u"fair"_s, u"set"_s, u"start"_s, u"2026-04-24"_s }), 0);
+    QVERIFY(read(u"Home/fair.ics"_s).contains("\r\nDTSTART;VALUE=DATE:20260424\r\n"));
+    QCOMPARE(run({ u"milk"_s, u"set"_s, u"due"_s, u"2026-04-24"_s }), 0);
+    QVERIFY(read(u"Home/milk.ics"_s).contains("\r\nDUE;VALUE=DATE:20260424\r\n"));
 }
 
 void VantleEditTest::anEmptyValueClears()

@@ -62,6 +62,8 @@ private Q_SLOTS:
     void changedTimeIsOfWholeMinutes();
     void changedDayKeepsTheTimeToTheFraction();
     void secondOfTwoEqualHoursStays();
+    void aTimeThatTheClockSkipsIsTheOneAfterTheGap_data();
+    void aTimeThatTheClockSkipsIsTheOneAfterTheGap();
     void aTimeThatIsNotShownStaysWhenTheDayChanges();
     void timeComesBackWhenItIsShownAgain();
     void keysEditTheDate();
@@ -167,6 +169,40 @@ void KLVDatePickerTest::secondOfTwoEqualHoursStays()
     window.picker->setDateValue(second);
 
     QCOMPARE(window.picker->dateValue().toMSecsSinceEpoch(), second.toMSecsSinceEpoch());
+}
+
+void KLVDatePickerTest::aTimeThatTheClockSkipsIsTheOneAfterTheGap_data()
+{
+    QTest::addColumn<QByteArray>("zone");
+    QTest::addColumn<QDateTime>("dayBefore");
+    QTest::addColumn<bool>("showsTime");
+    QTest::addColumn<QDateTime>("instant");
+
+    QTest::newRow("in the night") << QByteArray("Europe/Berlin") << at(QTime(2, 30), QDate(2026, 3, 28)) << true
+                                  << QDateTime(QDate(2026, 3, 29), QTime(1, 30), Qt::UTC);
+    QTest::newRow("midnight") << QByteArray("Africa/Cairo") << at(QTime(0, 0), QDate(2026, 4, 23)) << true
+                              << QDateTime(QDate(2026, 4, 23), QTime(22, 0), Qt::UTC);
+    QTest::newRow("midnight, not shown") << QByteArray("Africa/Cairo") << at(QTime(0, 0), QDate(2026, 4, 23)) << false
+                                         << QDateTime(QDate(2026, 4, 23), QTime(22, 0), Qt::UTC);
+}
+
+void KLVDatePickerTest::aTimeThatTheClockSkipsIsTheOneAfterTheGap()
+{
+    QFETCH(const QByteArray, zone);
+    QFETCH(const QDateTime, dayBefore);
+    QFETCH(const bool, showsTime);
+    QFETCH(const QDateTime, instant);
+    const ScopedTimeZone scope(zone);
+    const Picker window;
+    window.picker->setShowsTime(showsTime);
+    window.picker->setDateValue(QDateTime(dayBefore.date(), dayBefore.time()));
+
+    window.picker->setSelectedSection(QDateTimeEdit::DaySection);
+    QTest::keyClick(window.picker, Qt::Key_Up);
+
+    QVERIFY(window.picker->dateValue().isValid());
+    QCOMPARE(window.picker->dateValue().toUTC(), instant);
+    QCOMPARE(window.picker->dateValue().date(), dayBefore.date().addDays(1));
 }
 
 void KLVDatePickerTest::aTimeThatIsNotShownStaysWhenTheDayChanges()

@@ -156,10 +156,13 @@ bool hasOtherTimes(const CalEvent &event, const CalEvent &read)
         || event.isAllDay() != read.isAllDay();
 }
 
-// A day without a time stays one until it is given a time.
+// A day without a time stays one until it is given a time. Where the clock skips midnight, it begins later.
 bool isDueOnDay(const CalTask &task)
 {
-    return task.isDueDateOnly() && task.dueDate()->time() == QTime(0, 0);
+    if (!task.isDueDateOnly())
+        return false;
+    const QDateTime due = *task.dueDate();
+    return due.time() == QTime(0, 0) || due == due.date().startOfDay();
 }
 
 void patchDueDate(ComponentPatch &patch, const Item &item, const CalTask &task)

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "CalendarFolder.h"
+#include "ScopedTimeZone.h"
 #include "TestRegistry.h"
 
 #include <QDir>
@@ -62,6 +63,7 @@ private Q_SLOTS:
     void aDamagedFileRefuses();
     void aDueDateKeepsItsForm_data();
     void aDueDateKeepsItsForm();
+    void aDayStaysOneWhereTheClockSkipsMidnight();
     void aDueDateThatIsClearedGoes();
     void oneOfSeveralItemsOfAFileIsChanged();
     void savingClearsOldLeftovers();
@@ -342,6 +344,22 @@ void TaskSavingTest::aDueDateKeepsItsForm()
     const CalTaskPtr again = taskNamed(*folder.openWithoutWatching(), u"A"_s);
     QCOMPARE(again->dueDate(), due);
     QCOMPARE(again->isDueDateOnly(), task->isDueDateOnly());
+}
+
+void TaskSavingTest::aDayStaysOneWhereTheClockSkipsMidnight()
+{
+    const ScopedTimeZone zone("Africa/Cairo");
+    const CalendarFolder folder;
+    folder.write(u"c/a.ics"_s, calendarText(taskText("a", "A", "DUE;VALUE=DATE:20260423\r\n")));
+    const auto store = folder.openWithoutWatching();
+    const CalTaskPtr task = taskNamed(*store, u"A"_s);
+
+    task->setDueDate(QDate(2026, 4, 24).startOfDay());
+    QVERIFY(task->dueDate()->time() > QTime(0, 0));
+    QVERIFY(store->saveTask(*task).isOk());
+
+    QVERIFY(folder.read(u"c/a.ics"_s).contains("\r\nDUE;VALUE=DATE:20260424\r\n"));
+    QVERIFY(taskNamed(*folder.openWithoutWatching(), u"A"_s)->isDueDateOnly());
 }
 
 void TaskSavingTest::aDueDateThatIsClearedGoes()
