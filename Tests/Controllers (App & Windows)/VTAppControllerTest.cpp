@@ -18,6 +18,8 @@ using namespace Qt::StringLiterals;
 namespace
 {
 
+constexpr int patience = 60 * 1000; // milliseconds; the program is built with checks
+
 // The real program, offscreen, in a home of its own.
 class RunningVantle final
 {
@@ -52,7 +54,7 @@ public:
     void send(int signal) { ::kill(static_cast<pid_t>(m_process.processId()), signal); }
     bool hasEndedWell()
     {
-        return m_process.waitForFinished() && m_process.exitStatus() == QProcess::NormalExit
+        return m_process.waitForFinished(patience) && m_process.exitStatus() == QProcess::NormalExit
             && m_process.exitCode() == 0;
     }
     QByteArray output() { return m_process.readAll(); }
@@ -181,7 +183,7 @@ void VTAppControllerTest::signalWritesEverythingOnTheWayOut()
     const auto previous = std::signal(SIGHUP, SIG_DFL); // or the program would rightly ignore it under nohup
     RunningVantle vantle(home);
     std::signal(SIGHUP, previous);
-    QTRY_VERIFY(vantle.hasStarted());
+    QTRY_VERIFY_WITH_TIMEOUT(vantle.hasStarted(), patience);
 
     vantle.send(number);
 
@@ -200,7 +202,7 @@ void VTAppControllerTest::damagedSettingsAndStateDoNotStopTheStart()
         file.write(QByteArray("\0[General\n\xff{{=", 14));
     }
     RunningVantle vantle(home);
-    QTRY_VERIFY(vantle.hasStarted());
+    QTRY_VERIFY_WITH_TIMEOUT(vantle.hasStarted(), patience);
 
     vantle.send(SIGTERM);
 
