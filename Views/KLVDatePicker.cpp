@@ -42,7 +42,7 @@ QTime toTheMinute(QTime time)
 // A time that the clock skips on that day is counted with the offset from before it (RFC 5545, section 3.3.5).
 QDateTime instantOf(QDate day, QTime time)
 {
-    const QDateTime instant(day, time);
+    QDateTime instant(day, time);
     if (instant.isValid())
         return instant;
     const int offset = QDateTime(day.addDays(-1), time).offsetFromUtc(); // seconds
